@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tooldb/export.h"
+#include "tooldb/geometry.h"
+
+class tdbToolCutter;
+
+/// Dimensions of a turning insert (ISO 1832 shapes; sizes as in ISO 13399).
+struct tdbInsertGeometry {
+  int shape = 17;              ///< kind of cutting tool, 17 to 25
+  double inscribedCircle = 0;  ///< mm; 0: from the edge length
+  double cornerRadius = 0;     ///< mm; 0: sharp corners
+  double includedAngle = 0;    ///< degrees, of the cutting corner; 0: the shape's own
+  double edgeLength = 0;       ///< mm, over sharp corners; 0: from the inscribed circle
+  double thickness = 0;        ///< mm; not part of the outline
+};
+
+/// Operations on 2D profiles. Points are (distance from the axis, position along it).
+class TDB_EXPORT tdbProfile {
+ public:
+  /// The outer silhouette of a mesh turned about the Z axis, from the axis out, up and back; it
+  /// lies within `tolerance` of the true one. A tolerance that is not positive counts as 1e-3.
+  /// @return false, and no points, only when no triangle extends along Z
+  static bool ExtractProfile(const std::vector<Triangle<double>>& triangles,
+                             std::vector<Point2d<double>>& points, float tolerance);
+
+  /// Offsets a closed contour; a positive distance grows it whatever its direction. Right angles
+  /// stay sharp.
+  /// @return closed counter-clockwise polygons, first point repeated, largest first; none when
+  ///         nothing is left or a number is not finite or beyond 1e6
+  static std::vector<std::vector<Point2d<double>>> OffsetProfile2(
+      const std::vector<Point2d<double>>& contour, double distance);
+
+  /// Writes the outline of a turning insert as contour XML: closed, counter-clockwise, the
+  /// cutting corner down, its nose touching (0, 0).
+  /// @return false, and the text untouched, when the dimensions make no insert
+  static bool CreateInsertProfile(const tdbInsertGeometry& insert, std::string& contour_xml);
+
+  /// Appends the parts of a cutter's outline that cut, in outline order, one list per unbroken
+  /// run.
+  /// @return false, and nothing appended, for models and refused outlines
+  static bool HilightCuttingProfile(const tdbToolCutter& cutter, double tolerance,
+                                    std::vector<std::vector<Point2d<double>>>& pieces);
+};
