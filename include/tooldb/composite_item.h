@@ -23,10 +23,10 @@ class TDB_EXPORT tdbCompositeItem : public tdbItem {
   virtual std::uint64_t GetItemCount() const;
   /// The child at `index`, borrowed; null without children. `index` must be below the count.
   TDB_SLOTS2((virtual const tdbItem* GetItem(unsigned index) const),
-             (virtual tdbItem* GetItem(unsigned index)));
+             (virtual tdbItem * GetItem(unsigned index)));
   /// The first direct child of exactly that name, borrowed; null if none.
   TDB_SLOTS2((virtual const tdbItem* GetItemByName(const std::string& name) const),
-             (virtual tdbItem* GetItemByName(const std::string& name)));
+             (virtual tdbItem * GetItemByName(const std::string& name)));
   /// Appends a child, taken over, and sets the modified mark; false for null. The post-add
   /// callback fires.
   virtual bool AddItem(tdbItem* item);

@@ -29,8 +29,8 @@ struct OFFSET_VALUE {
   double DX = 0;
   double DY = 0;
   double DZ = 0;
-  double RAD = 0;  ///< radius offset
-  int POS = 0;     ///< position number
+  double RAD = 0;    ///< radius offset
+  int POS = 0;       ///< position number
   bool ABS = false;  ///< the values are absolute, not incremental
 };
 
