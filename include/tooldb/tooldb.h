@@ -20,4 +20,5 @@
 #include "tooldb/tool_makers.h"
 #include "tooldb/tool_parts.h"
 #include "tooldb/util.h"
+#include "tooldb/version.h"
 #include "tooldb/xml_reader.h"
