@@ -1,45 +1,63 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tooldb/error.h"
+
 /// @file
 /// The file layer: everything that touches a disk goes through it, so that a test can stand in for
-/// the disk. Each function raises `tdbError` with the path and the system's reason unless it says
-/// otherwise.
+/// the disk. Each function raises `FileError` unless it says otherwise.
 
 namespace tooldb {
+
+/// Error 1 with the text "<path>: <reason>".
+class FileError : public tdbError {
+ public:
+  FileError(const std::string& path, const std::string& why)
+      : tdbError(1, path + ": " + why), reason(why) {}
+
+  std::string reason;
+};
+
+/// A file that is being written. Closed, without a report, when it is destroyed.
+class NewFile {
+ public:
+  virtual ~NewFile() = default;
+
+  virtual void Write(std::string_view bytes) = 0;
+  /// Returns when the bytes are on the disk.
+  virtual void Flush() = 0;
+  /// Closes the file in any case; raises when the system reports a failure on the way.
+  virtual void Close() = 0;
+};
 
 /// The calls on files and folders that the library needs. The default instance is the system's.
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  /// A file opened for writing: an opaque number, valid until `Close`.
-  using Handle = std::intptr_t;
-
+  /// The whole of a regular file.
   virtual std::string Read(const std::string& path) = 0;
-  /// Opens a new file for writing, with no sharing; raises when the path exists.
-  virtual Handle CreateNew(const std::string& path) = 0;
-  virtual void Write(Handle file, std::string_view bytes) = 0;
-  /// Returns when the bytes are on the disk.
-  virtual void Flush(Handle file) = 0;
-  /// Closes the file in any case; raises when the system reports a failure on the way.
-  virtual void Close(Handle file) = 0;
+  /// Opens a new file for writing, with no sharing; null when the path exists.
+  virtual std::unique_ptr<NewFile> CreateNew(const std::string& path) = 0;
   /// Moves a file, atomically where the file system allows it; replaces the target.
   virtual void Rename(const std::string& from, const std::string& to) = 0;
   virtual void Remove(const std::string& path) = 0;
-  virtual void Copy(const std::string& from, const std::string& to) = 0;
+  /// Does nothing when the folder exists.
   virtual void CreateFolder(const std::string& path) = 0;
   /// Returns when the names in the folder are on the disk.
   virtual void FlushFolder(const std::string& path) = 0;
   /// Names of the regular files directly in the folder, unsorted.
   virtual std::vector<std::string> List(const std::string& folder) = 0;
-  /// False when there is none or it cannot be looked at; never raises.
+  /// False when there is none; raises when it cannot be looked at.
   virtual bool IsFile(const std::string& path) = 0;
   virtual bool IsFolder(const std::string& path) = 0;
+  /// True when both paths lead to one existing file, as two spellings do where case is ignored.
+  virtual bool IsSameFile(const std::string& a, const std::string& b) = 0;
   /// Seconds since 1970.
   virtual std::int64_t LastWriteTime(const std::string& path) = 0;
 };

@@ -1,0 +1,131 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "tooldb/platform/system_error.h"
+#include "tooldb/platform/system_file_system.h"
+
+namespace tooldb {
+
+namespace {
+
+/// The answer of a system call, made again while a signal interrupts it.
+template <class Call>
+auto uninterrupted(Call&& call) {
+  auto answer = call();
+  while (answer == -1 && errno == EINTR) answer = call();
+  return answer;
+}
+
+[[noreturn]] void raise_last_error(const std::string& path) {
+  raise_system_error(path, last_system_error());
+}
+
+int open_file(const std::string& path, int flags) {
+  constexpr mode_t kReadAndWriteAsUmaskAllows = 0666;
+  return uninterrupted(
+      [&] { return ::open(path.c_str(), flags | O_CLOEXEC, kReadAndWriteAsUmaskAllows); });
+}
+
+/// An open descriptor, closed when it goes.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { Close(); }
+
+  int Number() const { return number_; }
+  bool IsOpen() const { return number_ >= 0; }
+  /// False when the system reports a failure. A descriptor is gone whatever close() answers, so
+  /// that an interrupted one is not closed again.
+  bool Close() {
+    const int number = std::exchange(number_, -1);
+    return number < 0 || ::close(number) == 0 || errno == EINTR;
+  }
+
+ private:
+  int number_;
+};
+
+class PosixFile final : public NewFile {
+ public:
+  PosixFile(int number, const std::string& path) : descriptor_(number), path_(path) {}
+
+  void Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const ssize_t count =
+          uninterrupted([&] { return ::write(descriptor_.Number(), bytes.data(), bytes.size()); });
+      if (count < 0) raise_last_error(path_);
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+  }
+
+  void Flush() override {
+    if (uninterrupted([&] { return ::fsync(descriptor_.Number()); }) != 0) raise_last_error(path_);
+  }
+
+  void Close() override {
+    if (!descriptor_.Close()) raise_last_error(path_);
+  }
+
+ private:
+  Descriptor descriptor_;
+  std::string path_;
+};
+
+/// File systems that cannot flush a folder say so with one of these.
+bool is_flush_unsupported(int error) { return error == EINVAL || error == ENOTSUP; }
+
+}  // namespace
+
+boost::system::error_code last_system_error() { return {errno, boost::system::generic_category()}; }
+
+std::string SystemFileSystem::Read(const std::string& path) {
+  // Without O_NONBLOCK the opening of a named pipe would wait for its writer.
+  const Descriptor file(open_file(path, O_RDONLY | O_NONBLOCK));
+  if (!file.IsOpen()) raise_last_error(path);
+  struct stat status = {};
+  if (::fstat(file.Number(), &status) != 0) raise_last_error(path);
+  if (!S_ISREG(status.st_mode)) throw FileError(path, "not a regular file");
+
+  // One byte more than the file has, so that its end shows without another read.
+  std::string text(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  std::size_t size = 0;
+  for (;;) {
+    const ssize_t count = uninterrupted(
+        [&] { return ::read(file.Number(), text.data() + size, text.size() - size); });
+    if (count < 0) raise_last_error(path);
+    if (count == 0) break;
+    size += static_cast<std::size_t>(count);
+    if (size == text.size()) text.resize(2 * size);
+  }
+  text.resize(size);
+  return text;
+}
+
+std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {
+  const int number = open_file(path, O_WRONLY | O_CREAT | O_EXCL);
+  if (number < 0 && errno == EEXIST) return nullptr;
+  if (number < 0) raise_last_error(path);
+  return std::make_unique<PosixFile>(number, path);
+}
+
+void SystemFileSystem::Rename(const std::string& from, const std::string& to) {
+  if (::rename(from.c_str(), to.c_str()) != 0) raise_last_error(from);
+}
+
+void SystemFileSystem::FlushFolder(const std::string& path) {
+  const Descriptor folder(open_file(path, O_RDONLY | O_DIRECTORY));
+  if (!folder.IsOpen()) raise_last_error(path);
+  if (uninterrupted([&] { return ::fsync(folder.Number()); }) != 0 &&
+      !is_flush_unsupported(errno)) {
+    raise_last_error(path);
+  }
+}
+
+}  // namespace tooldb

@@ -1,0 +1,118 @@
+#define WIN32_LEAN_AND_MEAN
+#define NOMINMAX
+#include <windows.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "tooldb/platform/system_error.h"
+#include "tooldb/platform/system_file_system.h"
+
+namespace tooldb {
+
+namespace {
+
+[[noreturn]] void raise_last_error(const std::string& path) {
+  raise_system_error(path, last_system_error());
+}
+
+/// One call reads or writes at most so much.
+constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
+
+DWORD transfer_size(std::size_t wanted) {
+  return static_cast<DWORD>(std::min(wanted, kLargestTransfer));
+}
+
+/// An open file, closed when it goes.
+class FileHandle {
+ public:
+  explicit FileHandle(HANDLE handle) : handle_(handle) {}
+  FileHandle(const FileHandle&) = delete;
+  FileHandle& operator=(const FileHandle&) = delete;
+  ~FileHandle() { Close(); }
+
+  HANDLE Get() const { return handle_; }
+  bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+  bool Close() {
+    const HANDLE handle = std::exchange(handle_, INVALID_HANDLE_VALUE);
+    return handle == INVALID_HANDLE_VALUE || CloseHandle(handle) != 0;
+  }
+
+ private:
+  HANDLE handle_;
+};
+
+class Win32File final : public NewFile {
+ public:
+  Win32File(HANDLE handle, const std::string& path) : handle_(handle), path_(path) {}
+
+  void Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      DWORD count = 0;
+      if (!WriteFile(handle_.Get(), bytes.data(), transfer_size(bytes.size()), &count, nullptr)) {
+        raise_last_error(path_);
+      }
+      bytes.remove_prefix(count);
+    }
+  }
+
+  void Flush() override {
+    if (!FlushFileBuffers(handle_.Get())) raise_last_error(path_);
+  }
+
+  void Close() override {
+    if (!handle_.Close()) raise_last_error(path_);
+  }
+
+ private:
+  FileHandle handle_;
+  std::string path_;
+};
+
+}  // namespace
+
+boost::system::error_code last_system_error() {
+  return {static_cast<int>(GetLastError()), boost::system::system_category()};
+}
+
+std::string SystemFileSystem::Read(const std::string& path) {
+  const DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const FileHandle file(CreateFileA(path.c_str(), GENERIC_READ, share_all, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  LARGE_INTEGER file_size = {};
+  if (!file.IsOpen() || !GetFileSizeEx(file.Get(), &file_size)) raise_last_error(path);
+
+  std::string text(static_cast<std::size_t>(file_size.QuadPart) + 1, '\0');
+  std::size_t size = 0;
+  for (;;) {
+    DWORD count = 0;
+    if (!ReadFile(file.Get(), text.data() + size, transfer_size(text.size() - size), &count,
+                  nullptr)) {
+      raise_last_error(path);
+    }
+    if (count == 0) break;
+    size += count;
+    if (size == text.size()) text.resize(2 * size);
+  }
+  text.resize(size);
+  return text;
+}
+
+std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {
+  const HANDLE handle = CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS) return nullptr;
+  if (handle == INVALID_HANDLE_VALUE) raise_last_error(path);
+  return std::make_unique<Win32File>(handle, path);
+}
+
+void SystemFileSystem::Rename(const std::string& from, const std::string& to) {
+  if (!MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    raise_last_error(from);
+  }
+}
+
+// Folders cannot be flushed here; the moves above are written through.
+void SystemFileSystem::FlushFolder(const std::string&) {}
+
+}  // namespace tooldb
