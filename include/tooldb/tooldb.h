@@ -19,6 +19,7 @@
 #include "tooldb/tool_db.h"
 #include "tooldb/tool_makers.h"
 #include "tooldb/tool_parts.h"
+#include "tooldb/type_names.h"
 #include "tooldb/util.h"
 #include "tooldb/version.h"
 #include "tooldb/xml_reader.h"

@@ -18,7 +18,7 @@ PUBLIC = {
     "tooldb/platform": {"error", "export", "version"},
     "geom": {"geometry"},
     "tooldb/model": {"composite_item", "cutting_conditions", "item", "object", "scene", "tool",
-                     "tool_parts"},
+                     "tool_parts", "type_names"},
     "tooldb/profile": {"contour", "profile"},
     "tooldb/xml": {"xml_reader"},
     "tooldb/storage": {"file_manager", "tool_components_db", "tool_db", "tool_makers", "util"},
