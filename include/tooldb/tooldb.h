@@ -12,6 +12,7 @@
 #include "tooldb/geometry.h"
 #include "tooldb/item.h"
 #include "tooldb/object.h"
+#include "tooldb/placement.h"
 #include "tooldb/profile.h"
 #include "tooldb/scene.h"
 #include "tooldb/tool.h"
