@@ -45,10 +45,11 @@ class TDB_EXPORT tdbFileUtil {
   static bool directory_exists(const std::string& path);
   /// Raises.
   static void create_directory(const std::string& path);
+  /// As `write_file` with the bytes of `from`; false on failure.
   static bool copy_file(const std::string& from, const std::string& to);
   /// Raises.
   static void remove_file(const std::string& path);
-  /// Raises.
+  /// Replaces a file `to`. Raises.
   static void rename_file(std::string from, std::string to);
   /// Replaces `text` by the file's bytes. Raises.
   static void read_file(const std::string& path, std::string& text);
@@ -66,13 +67,14 @@ class TDB_EXPORT tdbFileUtil {
   static void get_file_name(const std::string& path, std::string& name);
   /// The extension of a path, with its dot; empty without one.
   static void get_file_extension(const std::string& path, std::string& extension);
+  /// True when the path `file` leads into the folder `path` or below it; the disk is not asked.
   static bool path_contains_file(std::string& path, std::string& file);
-  /// Tries to create a file in the folder.
+  /// Tries to create a file in the folder; on failure the error's text is the folder.
   static bool is_directory_writable(std::string folder, tdbError& error);
   /// Deletes every file of the folder, but no folder. Raises after trying all.
   static void remove_all_file_into_directory(const std::string& folder);
-  /// Moves the files of folder `from` that have `extension` to folder `to`, where each gets the
-  /// extension that it does not have there yet.
+  /// Moves every file of folder `from` into folder `to`, where its extension is `extension`. A file
+  /// whose new name is taken there stays; the rest are moved, and the answer is false.
   static bool change_extension_file_to_folder(std::string from, std::string to,
                                               std::string extension, tdbError& error);
 };

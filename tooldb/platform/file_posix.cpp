@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "tooldb/platform/file_name.h"
 #include "tooldb/platform/system_error.h"
 #include "tooldb/platform/system_file_system.h"
 
@@ -82,6 +83,8 @@ class PosixFile final : public NewFile {
 bool is_flush_unsupported(int error) { return error == EINVAL || error == ENOTSUP; }
 
 }  // namespace
+
+bool is_reserved_file_name(std::string_view name) { return name == "." || name == ".."; }
 
 boost::system::error_code last_system_error() { return {errno, boost::system::generic_category()}; }
 

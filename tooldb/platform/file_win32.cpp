@@ -3,8 +3,10 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
+#include "tooldb/platform/file_name.h"
 #include "tooldb/platform/system_error.h"
 #include "tooldb/platform/system_file_system.h"
 
@@ -70,6 +72,18 @@ class Win32File final : public NewFile {
 };
 
 }  // namespace
+
+bool is_reserved_file_name(std::string_view name) {
+  constexpr std::string_view kDevices[] = {"CON", "PRN", "AUX", "NUL"};
+  constexpr std::string_view kPorts[] = {"COM", "LPT"};
+  std::string stem(name.substr(0, name.find('.')));
+  while (stem.ends_with(' ')) stem.pop_back();
+  for (char& c : stem) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+  if (std::ranges::find(kDevices, stem) != std::end(kDevices)) return true;
+  const bool numbered = stem.size() == 4 && stem[3] >= '0' && stem[3] <= '9';
+  if (numbered && std::ranges::find(kPorts, stem.substr(0, 3)) != std::end(kPorts)) return true;
+  return name.ends_with('.') || name.ends_with(' ');
+}
 
 boost::system::error_code last_system_error() {
   return {static_cast<int>(GetLastError()), boost::system::system_category()};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+/// @file
+/// Which names a file can have.
+
+namespace tooldb {
+
+/// Why no file can be made under `name`; empty when one can. Control characters are refused on
+/// every system: no list, shell or document shows them.
+std::string_view new_file_name_problem(std::string_view name);
+
+/// True for a name that the system keeps for itself, such as that of a device.
+bool is_reserved_file_name(std::string_view name);
+
+}  // namespace tooldb
