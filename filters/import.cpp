@@ -1,7 +1,12 @@
 #include "filters/import.h"
 
-#include <algorithm>
 #include <array>
+#include <exception>
+#include <set>
+#include <utility>
+
+#include "filters/freecad.h"
+#include "filters/plain_text.h"
 
 namespace tooldb {
 namespace {
@@ -9,12 +14,54 @@ namespace {
 constexpr std::array<std::string_view, 5> kNoteKindNames = {"mapped", "approximated", "kept",
                                                             "not representable", "failed"};
 
-struct Mark {
-  std::string_view plain;
-  std::string_view full_width;
+constexpr std::array<std::string_view, 1> kBitExtensions = {".fctb"};
+constexpr std::array<std::string_view, 1> kLibraryExtensions = {".fctl"};
+constexpr std::array<std::string_view, 1> kHolderExtensions = {".fcholder"};
+
+constexpr auto kFormats = std::to_array<ImportFormat>({
+    {"freecad-bit", "FreeCAD tool bit", kBitExtensions, fits_freecad_bit, read_freecad_bit},
+    {"freecad-library", "FreeCAD tool library with the bits beside it", kLibraryExtensions,
+     fits_freecad_library, read_freecad_library},
+    {"freecad-holder", "FreeCAD tool holder", kHolderExtensions, fits_freecad_holder,
+     read_freecad_holder},
+});
+
+bool has_extension(const ImportFormat& format, std::string_view lower_file_name) {
+  for (const std::string_view extension : format.extensions) {
+    if (lower_file_name.ends_with(extension)) return true;
+  }
+  return false;
+}
+
+std::string compared_code(const tdbItem& item) { return lower_case(item.GetCode()); }
+
+/// Gives each item of one class a code of its own: files differ at most in case on some systems.
+class UniqueCodes {
+ public:
+  void Add(tdbItem& item, ImportEntry& entry) {
+    const std::string first = item.GetCode();
+    for (int n = 2; !used_.insert(compared_code(item)).second; ++n) {
+      item.SetCode(first + " (" + std::to_string(n) + ")");
+    }
+    if (item.GetCode() == first) return;
+    item.SetName(item.GetCode());
+    entry.notes.push_back(
+        {NoteKind::kApproximated,
+         "the code " + first + " comes again in this file; now " + item.GetCode()});
+  }
+
+ private:
+  std::set<std::string> used_;
 };
-constexpr std::array<Mark, 3> kMarks = {Mark{"<", "\uFF1C"}, Mark{"&", "\uFF06"},
-                                        Mark{"\"", "\uFF02"}};
+
+void make_codes_unique(ImportResult& result) {
+  UniqueCodes tools;
+  UniqueCodes components;
+  for (ImportEntry& entry : result.entries) {
+    if (entry.tool) tools.Add(*entry.tool, entry);
+    if (entry.component) components.Add(*entry.component, entry);
+  }
+}
 
 }  // namespace
 
@@ -22,14 +69,20 @@ std::string_view note_kind_name(NoteKind kind) {
   return kNoteKindNames[static_cast<std::size_t>(kind)];
 }
 
-std::span<const ImportFormat> import_formats() { return {}; }
+std::span<const ImportFormat> import_formats() { return kFormats; }
 
 const ImportFormat* find_import_format(std::string_view file_name, std::string_view bytes) {
-  static_cast<void>(file_name);
-  for (const ImportFormat& format : import_formats()) {
-    if (format.fits(bytes)) return &format;
+  const std::string lower_name = lower_case(file_name);
+  const ImportFormat* by_content = nullptr;
+  const ImportFormat* by_extension = nullptr;
+  for (const ImportFormat& format : kFormats) {
+    const bool fits = format.fits(bytes);
+    const bool named = has_extension(format, lower_name);
+    if (fits && named) return &format;
+    if (fits && by_content == nullptr) by_content = &format;
+    if (named && by_extension == nullptr) by_extension = &format;
   }
-  return nullptr;
+  return by_content != nullptr ? by_content : by_extension;
 }
 
 ImportResult import_tools(std::string_view bytes, const std::string& file_name,
@@ -41,24 +94,13 @@ ImportResult import_tools(std::string_view bytes, const std::string& file_name,
     return result;
   }
   result.format = format->name;
-  format->read(bytes, file_name, siblings, result);
-  return result;
-}
-
-std::string with_plain_marks(std::string_view text) {
-  std::string plain;
-  while (!text.empty()) {
-    const auto* mark =
-        std::ranges::find_if(kMarks, [&](const Mark& m) { return text.starts_with(m.full_width); });
-    if (mark == kMarks.end()) {
-      plain += text.front();
-      text.remove_prefix(1);
-    } else {
-      plain += mark->plain;
-      text.remove_prefix(mark->full_width.size());
-    }
+  try {
+    format->read(bytes, file_name, siblings, result);
+  } catch (const std::exception& e) {
+    result.notes.push_back({NoteKind::kFailed, file_name + ": " + e.what()});
   }
-  return plain;
+  make_codes_unique(result);
+  return result;
 }
 
 }  // namespace tooldb
