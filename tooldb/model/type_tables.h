@@ -95,6 +95,9 @@ inline constexpr auto kShankTypes = std::to_array<TypeName>({
     {2, "CUSTOM"},
 });
 
+/// A holder of an older file that stands for a component of the library. Read only.
+inline constexpr int kHolderFromLibrary = 100;
+
 inline constexpr auto kHolderTypes = std::to_array<TypeName>({
     {0, "CYLINDER"},
     {1, "CONE"},
@@ -102,7 +105,15 @@ inline constexpr auto kHolderTypes = std::to_array<TypeName>({
     {3, "STL"},
     {4, "CUSTOM_EXTRUDED"},
     {2, "CUSTOM"},
-    {100, "FROMCOMPONENTSLIB"},
+    {kHolderFromLibrary, "FROMCOMPONENTSLIB"},
+});
+
+/// Angle heads are not written; these are the names of older files.
+inline constexpr auto kAngleHeadTypes = std::to_array<TypeName>({
+    {0, "NONE"},
+    {1, "STL"},
+    {2, "PARAMETRIC1"},
+    {1, "GENERIC"},
 });
 
 inline constexpr auto kFixedLinkTypes = std::to_array<TypeName>({{0, "TRANSFORMATION"}});
