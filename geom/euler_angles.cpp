@@ -15,15 +15,23 @@ constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 // A difference this much smaller than its terms has too few good digits left to be read back.
 constexpr double kCancelled = 1e-8;
 
-// Below this, six digits show -180: the half turn whose sign is chance.
+// Below this, six digits show -180: the half turn, whose sign is chance.
 constexpr double kRoundsToMinusHalfTurn = -179.9995;
+
+double turn_in_degrees(double radians) {
+  const double degrees = radians * kDegreesPerRadian;
+  return degrees < kRoundsToMinusHalfTurn ? degrees + 360 : degrees;
+}
+
+// A zero's sign is chance too, and the arc tangent would show it.
+double element(const Transformation<double>& m, int row, int col) { return m(row, col) + 0.0; }
 
 double difference(double a, double b) {
   const double value = a - b;
   return std::abs(value) <= kCancelled * std::max(std::abs(a), std::abs(b)) ? 0 : value;
 }
 
-// Of -45..45 degrees; keeps the sign of a zero.
+// Of -45..45 degrees.
 double small_sine(double degrees) { return std::sin(degrees * kRadiansPerDegree); }
 double small_cosine(double degrees) { return std::cos(degrees * kRadiansPerDegree); }
 
@@ -78,8 +86,8 @@ double sin_degrees(double angle) {
       return small_sine(rest);
     case 1:
       return small_cosine(rest);
-    case 2:  // 180 and -180 keep their sides: 0 and -0
-      return rest == 0 ? rest : -small_sine(rest);
+    case 2:
+      return 0 - small_sine(rest);
     default:
       return -small_cosine(rest);
   }
@@ -100,22 +108,21 @@ double cos_degrees(double angle) {
 }
 
 EulerAngles split_zyx(const Transformation<double>& m) {
-  EulerAngles radians;
-  if (std::abs(m(0, 0)) < kEpsilon && std::abs(m(1, 0)) < kEpsilon) {
-    radians.y = std::atan2(-m(2, 0), m(0, 0));
-    radians.x = std::atan2(-m(1, 2), m(1, 1));
-  } else {
-    radians.z = std::atan2(m(1, 0), m(0, 0));
-    // Sine and cosine of that angle, but exact at right angles.
-    const double length = std::hypot(m(0, 0), m(1, 0));
-    const double sz = m(1, 0) / length;
-    const double cz = m(0, 0) / length;
-    radians.y = std::atan2(-m(2, 0), cz * m(0, 0) + sz * m(1, 0));
-    radians.x = std::atan2(difference(sz * m(0, 2), cz * m(1, 2)), cz * m(1, 1) - sz * m(0, 1));
+  const double r00 = element(m, 0, 0);
+  const double r10 = element(m, 1, 0);
+  const double r20 = element(m, 2, 0);
+  if (std::abs(r00) < kEpsilon && std::abs(r10) < kEpsilon) {
+    return {0, std::atan2(-r20, r00) * kDegreesPerRadian,
+            turn_in_degrees(std::atan2(-element(m, 1, 2), m(1, 1)))};
   }
-  const double x = radians.x * kDegreesPerRadian;
-  return {radians.z * kDegreesPerRadian, radians.y * kDegreesPerRadian,
-          x < kRoundsToMinusHalfTurn ? x + 360 : x};
+  // Sine and cosine of the Z angle, exact at right angles.
+  const double length = std::hypot(r00, r10);
+  const double sz = r10 / length;
+  const double cz = r00 / length;
+  return {turn_in_degrees(std::atan2(r10, r00)),
+          std::atan2(-r20, cz * r00 + sz * r10) * kDegreesPerRadian,
+          turn_in_degrees(
+              std::atan2(difference(sz * m(0, 2), cz * m(1, 2)), cz * m(1, 1) - sz * m(0, 1)))};
 }
 
 Transformation<double> join_zyx(const EulerAngles& angles, const Vec3d<double>& origin) {

@@ -15,9 +15,9 @@ struct EulerAngles {
   double x = 0;
 };
 
-/// The angles of a placement's rotation: Y in -90..90, Z in -180..180, X likewise but that a half
-/// turn is always 180. Where Y is a right angle the other two turn about one axis, and Z is 0. An X
-/// that is nothing but the rounding of cancelling terms is 0 or 180.
+/// The angles of a placement's rotation: Y in -90..90, the others above -180 up to 180. Where Y is
+/// a right angle the other two turn about one axis, and Z is 0. An X that is nothing but the
+/// rounding of cancelling terms is 0 or 180. No turn about Y is -0.
 EulerAngles split_zyx(const Transformation<double>& placement);
 
 /// The placement of the rotation `angles` and the position `origin`. Multiples of 90 degrees come

@@ -51,6 +51,8 @@ const SplitCase kSplits[] = {
     {"X30", {1, 0, 0, 0, kRoot, -kHalf, 0, kHalf, kRoot}, "0 -0 30"},
     {"X180", {1, 0, 0, 0, -1, 0, 0, 0, -1}, "0 -0 180"},
     {"Y90", {0, 0, 1, 0, 1, 0, -1, 0, 0}, "0 90 -0"},
+    {"Zeros", {1, -0.0, -0.0, -0.0, 1, -0.0, -0.0, -0.0, 1}, "0 -0 0"},
+    {"HalfTurns", {-1, 0, 0, -0.0, 1, 1e-17, 0, 0, -1}, "180 -0 180"},
     {"YMinus90", {0, 0, -1, 0, 1, 0, 1, 0, 0}, "0 -90 -0"},
     // Z and X turn about one axis: their difference, 30 degrees, is all put into X.
     {"Y90X30", {0, kHalf, kRoot, 0, kRoot, -kHalf, -1, 0, 0}, "0 90 30"},
