@@ -18,6 +18,28 @@ struct tdbInsertGeometry {
   double thickness = 0;        ///< mm; not part of the outline
 };
 
+/// One dimension of a cutter, shank or holder: a parameter that its outline is made of.
+struct tdbDimension {
+  enum class Kind {
+    kDiameter,
+    kRadius,
+    kLength,
+    kAngleFromAxis,  ///< degrees per side, from the tool axis
+    kAngleFromFace,  ///< degrees per side, from the plane across the axis
+    kAngleTotal,     ///< degrees over both sides
+    kChoice,         ///< a whole number that selects a variant
+    kText            ///< no number
+  };
+  std::string name;     ///< of the parameter
+  std::string meaning;  ///< in words, such as "tip diameter"
+  Kind kind = Kind::kLength;
+  std::string text;  ///< as the item has it; empty when it is not set
+  /// What the outline is made with: the parameter, or its default when it is not set. Lengths in
+  /// the item's unit. NaN for a text, and when the parameter is no number or its default cannot
+  /// be told because the outline is refused.
+  double value = 0;
+};
+
 /// Operations on 2D profiles. Points are (distance from the axis, position along it).
 class TDB_EXPORT tdbProfile {
  public:

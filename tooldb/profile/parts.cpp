@@ -1,0 +1,96 @@
+#include <algorithm>
+
+#include "geom/number_text.h"
+#include "tooldb/model/text.h"
+#include "tooldb/profile/body_outline.h"
+#include "tooldb/profile/contour_text.h"
+#include "tooldb/tool_parts.h"
+
+// What cutters, shanks and holders have in common: their outline as text, and its size.
+
+namespace tooldb {
+namespace {
+
+void set_defaults(tdbItem& item, std::span<const BodyType> types, int code) {
+  const auto type = std::ranges::find(types, code, &BodyType::code);
+  if (type == types.end()) return;
+  for (const ParameterRow& row : type->Parameters()) {
+    if (row.standard.empty()) continue;
+    item.SetParam(std::string(row.name).c_str(), std::string(row.standard).c_str());
+  }
+}
+
+void clear_outline(tdbItem& item) {
+  item.SetProfileXml("");
+  item.RemoveParams();
+}
+
+bool build_outline(tdbItem& item) {
+  if (body_type(item) == nullptr) return !trimmed(item.GetProfileXml()).empty();
+  const Outline outline = body_outline(item);
+  if (!outline.Stands()) return false;
+  item.SetProfileXml(contour_text(outline.segments).c_str());
+  return true;
+}
+
+struct Extent {
+  Vec2 low;
+  Vec2 high;
+};
+
+// Bounds of the outline; arcs are cut at their extremes, so chords show them.
+Extent outline_extent(const tdbItem& item) {
+  const Outline outline = body_outline(item);
+  if (!outline.Stands()) return {};
+  const Polyline points = flatten(outline.segments, 1);
+  const auto [left, right] = std::ranges::minmax(points, {}, &Vec2::x);
+  const auto [bottom, top] = std::ranges::minmax(points, {}, &Vec2::y);
+  return {{left.x, bottom.y}, {right.x, top.y}};
+}
+
+double outline_length(const tdbItem& item) {
+  const auto [low, high] = outline_extent(item);
+  return high.y - low.y;
+}
+
+double outline_diameter(const tdbItem& item) {
+  if (const BodyType* type = body_type(item)) {
+    for (const ParameterRow& row : type->Parameters()) {
+      if (row.name != "DIAMETER") continue;
+      const std::string_view text = item.GetParam("DIAMETER", "");
+      return parameter_number(trimmed(text).empty() ? row.standard : text).value_or(0);
+    }
+  }
+  return is_extruded(item) ? 0 : 2 * outline_extent(item).high.x;
+}
+
+}  // namespace
+}  // namespace tooldb
+
+void tdbToolCutter::InitProfile(int type) {
+  tooldb::set_defaults(*this, tooldb::cutter_types(), type);
+}
+void tdbToolCutter::ResetProfile() {
+  tooldb::clear_outline(*this);
+  InitProfile(GetType());
+}
+bool tdbToolCutter::BuildProfile(int /*variant*/) { return tooldb::build_outline(*this); }
+double tdbToolCutter::GetDiameter() const { return tooldb::outline_diameter(*this); }
+void tdbToolCutter::SetDiameter(double diameter) {
+  SetParam("DIAMETER", tooldb::general_text(diameter).c_str());
+}
+double tdbToolCutter::GetLength() const { return tooldb::outline_length(*this); }
+
+void tdbToolShank::InitProfile() { tooldb::set_defaults(*this, tooldb::shank_types(), GetType()); }
+void tdbToolShank::ResetProfile() {
+  tooldb::clear_outline(*this);
+  InitProfile();
+}
+bool tdbToolShank::BuildProfile() { return tooldb::build_outline(*this); }
+double tdbToolShank::GetDiameter() const { return tooldb::outline_diameter(*this); }
+double tdbToolShank::GetLength() const { return tooldb::outline_length(*this); }
+
+void tdbToolHolder::ResetProfile() { tooldb::clear_outline(*this); }
+bool tdbToolHolder::BuildProfile(int /*variant*/) { return tooldb::build_outline(*this); }
+double tdbToolHolder::GetDiameter() const { return tooldb::outline_diameter(*this); }
+double tdbToolHolder::GetLength() const { return tooldb::outline_length(*this); }
