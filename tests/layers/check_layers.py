@@ -29,7 +29,7 @@ CLIENTS = ["apps", "filters", "examples"]
 
 SYSTEM_HEADERS = re.compile(
     r"windows|winsock2?|io|direct|process|unistd|fcntl|dlfcn|dirent|fnmatch|glob|pwd|spawn|"
-    r"poll|termios|langinfo|sys/.*|boost/filesystem.*|filesystem|fstream")
+    r"poll|termios|langinfo|sys/.*|boost/filesystem(?!/path\.hpp).*|filesystem|fstream")
 SYSTEM_CALLS = re.compile(r"\b(?:::)?(?:fopen|freopen|opendir|LoadLibrary[AW]?|dlopen|system|getenv)\s*\(")
 
 # Calls whose result depends on the locale; numbers and case rules have functions of their own.
