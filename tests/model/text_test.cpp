@@ -1,0 +1,71 @@
+#include "tooldb/model/text.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/geom/row_name.h"
+#include "tooldb/tool_parts.h"
+
+namespace tooldb {
+namespace {
+
+struct CodeCase {
+  std::string_view name, code, file;
+};
+
+constexpr CodeCase kCodes[] = {
+    {"Plain", "D10-R2", "D10-R2"},
+    {"Empty", "", ""},
+    {"Slash", "A/B", "A{{47}}B"},
+    {"Colon", "x:y", "x{{58}}y"},
+    {"AllForbidden", "\\/:*?\"<>|", "{{92}}{{47}}{{58}}{{42}}{{63}}{{34}}{{60}}{{62}}{{124}}"},
+    {"LoneBraces", "{{}}{{a}}{1}", "{{}}{{a}}{1}"},
+    {"Utf8", "\xC3\x9F/\xE2\x82\xAC", "\xC3\x9F{{47}}\xE2\x82\xAC"},
+};
+
+class CodeEscape : public testing::TestWithParam<CodeCase> {};
+
+TEST_P(CodeEscape, RoundTrips) {
+  EXPECT_EQ(encoded_code(GetParam().code), GetParam().file);
+  EXPECT_EQ(decoded_code(std::string(GetParam().file)), GetParam().code);
+}
+
+INSTANTIATE_TEST_SUITE_P(Codes, CodeEscape, testing::ValuesIn(kCodes), row_name<CodeCase>);
+
+TEST(CodeEscape, EveryByteRoundTrips) {
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string code = {'a', static_cast<char>(byte), 'b'};
+    const std::string file = encoded_code(code);
+    EXPECT_EQ(decoded_code(file), code) << byte;
+    EXPECT_EQ(file.find_first_of(kForbiddenInFileNames), std::string::npos) << byte;
+  }
+}
+
+TEST(CodeEscape, EscapesInACodeAreNotProtected) {
+  EXPECT_EQ(encoded_code("A{{47}}B"), encoded_code("A/B"));
+  EXPECT_EQ(decoded_code("{{1234}}"), "{{1234}}");
+  EXPECT_EQ(decoded_code("{{{47}}}"), "{/}");
+}
+
+TEST(Text, CaseAndBlanksAreAscii) {
+  for (int byte = 0; byte < 256; ++byte) {
+    const char c = static_cast<char>(byte);
+    const bool letter = byte >= 'a' && byte <= 'z';
+    EXPECT_EQ(upper(c), letter ? static_cast<char>(byte - 32) : c) << byte;
+    EXPECT_EQ(lower(upper(c)), byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : c);
+  }
+  EXPECT_EQ(trimmed(" \t\r\n a b \v\f"), "a b");
+  EXPECT_EQ(trimmed(" \n "), "");
+  EXPECT_EQ(comparable_code(" d10-\xC3\xA4 "), "D10-\xC3\xA4");
+}
+
+TEST(Text, ParentChainNamesTheWayFromTheRoot) {
+  tdbToolComponent component(0, "Adapter");
+  auto* link = new tdbFixedLink(0);
+  link->SetName("Plate");
+  component.AddItem(link);
+  EXPECT_EQ(parent_chain(*link), "\\Adapter\\Plate");
+  EXPECT_EQ(parent_chain(component), "\\Adapter");
+}
+
+}  // namespace
+}  // namespace tooldb

@@ -1,0 +1,241 @@
+#include "tooldb/tool.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+#include <memory>
+
+#include "tests/geom/row_name.h"
+#include "tooldb/tool_parts.h"
+
+namespace {
+
+using VarIndex = OFFSET_VALUE::VarIndex;
+
+TEST(Tool, LengthIsTheZOffset) {
+  tdbTool tool("T1");
+  tool.SetOffset(1, 2, 3);
+  EXPECT_EQ(tool.GetLength(), 3);
+  tool.SetLength(50);
+  EXPECT_EQ(tool.GetOffset(), (Vec3d<double>{0, 0, 50}));
+}
+
+TEST(Tool, TraceColorStaysInItsRange) {
+  tdbTool tool("T1");
+  EXPECT_EQ(tool.GetTraceColor(), 19);
+  for (const auto& [given, kept] : {std::pair{25, 19}, {-3, 0}, {7, 7}}) {
+    tool.SetTraceColor(given);
+    EXPECT_EQ(tool.GetTraceColor(), kept);
+  }
+}
+
+TEST(Tool, TurningToolsAreTypesThreeAndNine) {
+  for (int type = -1; type <= 12; ++type) {
+    EXPECT_EQ(tdbTool("T", type).IsTurningTool(), type == 3 || type == 9) << type;
+  }
+}
+
+TEST(Tool, ParameterPairsMayRepeat) {
+  tdbTool tool("T1");
+  tool.AddParam("A", "1");
+  tool.AddParam("B", "2");
+  tool.AddParam("A", "3");
+  EXPECT_EQ(tool.GetParamIndex("A"), 0);
+  EXPECT_EQ(tool.GetParamIndex("a"), -1);
+  EXPECT_STREQ(tool.GetParamValue("C"), "");
+  EXPECT_EQ(tool.SetParamValue("C", "x"), -1);
+  EXPECT_EQ(tool.GetParamCount(), 3);
+  EXPECT_FALSE(tool.SetParamValue(3, "x"));
+  EXPECT_FALSE(tool.SetParamValue(-1, "x"));
+  EXPECT_EQ(tool.SetParamValue("A", "9"), 0);
+  tool.RemoveParam(0);
+  EXPECT_STREQ(tool.GetParamValue("A"), "3");
+}
+
+struct OffsetCase {
+  const char* name;
+  VarIndex field;
+  double value;
+  double appended;  ///< what the field holds after the call on an empty list
+  double set;       ///< what it holds after the same call on an existing record
+};
+
+class OffsetField : public testing::TestWithParam<OffsetCase> {};
+
+TEST_P(OffsetField, IsSetOnANewAndOnAnExistingRecord) {
+  const auto& row = GetParam();
+  const auto read = [&row](const OFFSET_VALUE& v) {
+    const double fields[] = {
+        v.DX, v.DY, v.DZ, v.RAD, static_cast<double>(v.POS), v.ABS ? 1.0 : 0.0};
+    return fields[static_cast<int>(row.field)];
+  };
+  tdbTool tool("T1");
+  tool.AddOffsetParam(7, row.field, row.value);
+  ASSERT_EQ(tool.GetOffsetParamCount(), 1);
+  EXPECT_EQ(tool.GetOffsetParam(0).index, 7);
+  EXPECT_EQ(read(tool.GetOffsetParam(0)), row.appended);
+  tool.AddOffsetParam(7, row.field, row.value);
+  ASSERT_EQ(tool.GetOffsetParamCount(), 1);
+  EXPECT_EQ(read(tool.GetOffsetParam(0)), row.set);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tool, OffsetField,
+    testing::Values(OffsetCase{"Dx", VarIndex::DX, 1.5, 1.5, 1.5},
+                    OffsetCase{"Dy", VarIndex::DY, -2.5, -2.5, -2.5},
+                    OffsetCase{"Dz", VarIndex::DZ, 3.9, 3.9, 3.9},
+                    OffsetCase{"Rad", VarIndex::RAD, 4.9, 4.9, 4.9},
+                    OffsetCase{"PosTruncates", VarIndex::POS, 3.9, 3, 3},
+                    OffsetCase{"NegativePosTruncates", VarIndex::POS, -3.9, -3, -3},
+                    OffsetCase{"HugePos", VarIndex::POS, 1e300, std::numeric_limits<int>::max(),
+                               std::numeric_limits<int>::max()},
+                    OffsetCase{"AbsOnlyOnAnExistingRecord", VarIndex::ABS, 1, 0, 1},
+                    OffsetCase{"SmallAbs", VarIndex::ABS, 0.9, 0, 0}),
+    row_name<OffsetCase>);
+
+TEST(Tool, OffsetRecordsAreKeyedByTheirFirstIndex) {
+  tdbTool tool("T1");
+  OFFSET_VALUE value;
+  value.index = 3;
+  tool.AddOffsetParam(value);
+  tool.AddOffsetParam(value);
+  value.DX = 4;
+  value.index = 8;
+  tool.AddOffsetParam(3, value);
+  EXPECT_EQ(tool.GetOffsetParamCount(), 2);
+  EXPECT_EQ(tool.GetOffsetParam(0), value) << "the index field is overwritten too";
+  tool.AddOffsetParam(1, static_cast<VarIndex>(6), 5);
+  EXPECT_EQ(tool.GetOffsetParamCount(), 2);
+  EXPECT_EQ(tool.GetOffsetParam(2), OFFSET_VALUE());
+  tool.RemoveOffsetParam(2);
+  tool.RemoveOffsetParam(0);
+  EXPECT_EQ(tool.GetOffsetParam(0).index, 3);
+}
+
+Transformation<double> at_height(double z) {
+  Transformation<double> t;
+  t(2, 3) = z;
+  return t;
+}
+
+/// Holder "H" with cutting tool (cutter of diameter 8, shank) below it, then cutter "last".
+std::unique_ptr<tdbTool> assembled_tool() {
+  auto tool = std::make_unique<tdbTool>("T1");
+  auto* holder = new tdbToolHolder(0);
+  auto* inner_holder = new tdbToolHolder(1);
+  auto* cutter = new tdbToolCutter(0);
+  cutter->SetDiameter(8);
+  cutter->SetName("first");
+  auto* cutting_tool = new tdbCuttingTool(cutter, new tdbToolShank(2), 2);
+  cutting_tool->SetPos(at_height(-40));
+  inner_holder->AddItem(cutting_tool);
+  holder->AddItem(inner_holder);
+  tool->AddHolder(holder);
+  tool->AddCutter(new tdbToolCutter(0));
+  tool->GetCutter(1)->SetName("last");
+  return tool;
+}
+
+TEST(Tool, PartsAreFoundDepthFirst) {
+  const auto tool = assembled_tool();
+  EXPECT_EQ(tool->GetCutterCount(), 2);
+  EXPECT_EQ(tool->GetShankCount(), 1);
+  EXPECT_EQ(tool->GetHolderCount(), 2);
+  EXPECT_EQ(tool->GetCutter(0)->GetName(), "first");
+  EXPECT_EQ(tool->GetHolder(1)->GetParent(), tool->GetHolder(0));
+  for (const int i : {-1, 2}) EXPECT_EQ(tool->GetCutter(i), nullptr);
+  tool->RemoveAllCutters();
+  tool->RemoveAllShanks();
+  EXPECT_EQ(tool->GetCutterCount(), 2);
+  EXPECT_EQ(tool->GetShankCount(), 1);
+}
+
+TEST(Tool, UpdateTakesDiameterAndOffsetFromTheFirstCutter) {
+  const auto tool = assembled_tool();
+  tool->Update();
+  EXPECT_EQ(tool->GetDiameter(), 8);
+  EXPECT_EQ(tool->GetOffset(), (Vec3d<double>{0, 0, 40}));
+  EXPECT_EQ(tool->GetAbsPosCutter(0)(2, 3), -40);
+  EXPECT_EQ(tool->GetAbsPosCutter(9), Transformation<double>());
+
+  tool->SetAutoTcp(false);
+  tool->SetOffset(1, 2, 3);
+  tool->GetCutter(0)->SetDiameter(9);
+  tool->Update();
+  EXPECT_EQ(tool->GetDiameter(), 9);
+  EXPECT_EQ(tool->GetOffset(), (Vec3d<double>{1, 2, 3}));
+
+  tdbTool bare("T2");
+  bare.SetDiameter(5);
+  bare.Update();
+  EXPECT_EQ(bare.GetDiameter(), 5);
+}
+
+TEST(Tool, RemovedHoldersStayListedByTheirParents) {
+  auto tool = assembled_tool();
+  tdbToolHolder* outer = tool->GetHolder(0);
+  tool->RemoveAllHolders();
+  ASSERT_EQ(tool->GetItemCount(), 2U);
+  EXPECT_EQ(tool->GetItem(0), outer) << "the pointer is dead, and still there";
+  // The list still owns the dead pointer: take the living child out and let go of the rest.
+  const std::unique_ptr<tdbItem> last(tool->GetItem(1));
+  tool->RemoveItem(last.get(), true);
+  EXPECT_TRUE(tool->RemoveItem(outer, true));
+}
+
+struct ToolChange {
+  const char* name;
+  std::function<void(tdbTool&)> apply;
+  bool equal;
+};
+
+class ToolEquality : public testing::TestWithParam<ToolChange> {};
+
+TEST_P(ToolEquality, CopiesCarryTheFieldAndComparisonSeesIt) {
+  const tdbTool original("T1");
+  tdbTool changed("T1");
+  GetParam().apply(changed);
+  EXPECT_EQ(original == changed, GetParam().equal);
+  const std::unique_ptr<tdbItem> clone(changed.Clone());
+  EXPECT_EQ(*dynamic_cast<tdbTool*>(clone.get()), changed);
+  tdbTool assigned("other");
+  assigned = changed;
+  EXPECT_EQ(assigned, changed);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Fields, ToolEquality,
+    testing::Values(
+        ToolChange{"Description", [](auto& tool) { tool.SetDescr("d"); }, false},
+        ToolChange{"Comment", [](auto& tool) { tool.SetComment("c"); }, false},
+        ToolChange{"Color", [](auto& tool) { tool.SetTraceColor(2); }, false},
+        ToolChange{"AutoColor", [](auto& tool) { tool.SetAutoColor(false); }, false},
+        ToolChange{"Pair", [](auto& tool) { tool.AddParam("A", "1"); }, false},
+        ToolChange{"Offset", [](auto& tool) { tool.AddOffsetParam(OFFSET_VALUE()); }, false},
+        ToolChange{"Tolerance", [](auto& tool) { tool.SetToolModelTolerance(1); }, false},
+        ToolChange{"OffsetY", [](auto& tool) { tool.SetOffsetY(1); }, false},
+        ToolChange{"Diameter", [](auto& tool) { tool.SetDiameter(1); }, false},
+        ToolChange{"DeltaZ", [](auto& tool) { tool.SetDeltaZ(1); }, false},
+        ToolChange{"AutoTcp", [](auto& tool) { tool.SetAutoTcp(false); }, false},
+        ToolChange{"SubType", [](auto& tool) { tool.SetSubType(7); }, false},
+        ToolChange{"Milling", [](auto& tool) { tool.GetCutCond().SetDc(3); }, false},
+        ToolChange{"Turning", [](auto& tool) { tool.GetTurningCutCond().SetCornerRadius(3); },
+                   false},
+        ToolChange{"Section", [](auto& tool) { tool.EnableSection(true); }, false},
+        ToolChange{"SectionStart", [](auto& tool) { tool.SetSectionStartAngle(1); }, false},
+        ToolChange{"SectionSpan", [](auto& tool) { tool.SetSectionSpanAngle(1); }, false},
+        ToolChange{"Extension", [](auto& tool) { tool.SetCutterExtensionEnabled(true); }, false},
+        ToolChange{"ExtensionValue", [](auto& tool) { tool.SetCutterExtensionValue(0); }, false},
+        ToolChange{"ExtensionStep", [](auto& tool) { tool.SetCutterExtensionStep(0); }, false},
+        ToolChange{"ExtensionMax", [](auto& tool) { tool.SetCutterExtensionMax(0); }, false},
+        ToolChange{"Legacy",
+                   [](auto& tool) {
+                     tdbLegacyToolData legacy;
+                     legacy.max_spindle = 5;
+                     tool.SetLegacyData(legacy);
+                   },
+                   true}),
+    row_name<ToolChange>);
+
+}  // namespace
