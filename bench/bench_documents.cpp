@@ -1,0 +1,158 @@
+#include <sys/wait.h>
+#include <tinyxml2.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+
+#include "bench/benchmarks.h"
+#include "bench/sample_tools.h"
+#include "tooldb/tool_db.h"
+#include "tooldb/tool_parts.h"
+
+namespace bench {
+namespace {
+
+double import(const std::string& text, int expected) {
+  tdbToolDB db("bench", 1);
+  const double time = seconds([&] { db.ImportFromXml(text.c_str(), {}); });
+  if (db.GetToolCount(1) != expected) throw std::runtime_error("tools are missing");
+  return time;
+}
+
+/// Largest resident size of this process, in bytes.
+std::size_t peak_bytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("VmHWM:")) return std::stoul(line.substr(6)) * 1024;
+  }
+  return 0;
+}
+
+/// Memory of one import beside the tools that it makes, measured in a process of its own.
+Figure import_memory(int count) {
+  int channel[2];
+  if (pipe(channel) != 0) throw std::runtime_error("no pipe");
+  std::fflush(nullptr);
+  const pid_t child = fork();
+  if (child == 0) {
+    const std::string text = export_document(count);
+    const std::size_t before = allocated_bytes();
+    tdbToolDB db("bench", 1);
+    db.ImportFromXml(text.c_str(), {});
+    const std::size_t models = allocated_bytes() - before;
+    const double figures[2] = {static_cast<double>(peak_bytes() - models),
+                               static_cast<double>(text.size())};
+    const bool sent = write(channel[1], figures, sizeof figures) == sizeof figures;
+    _exit(sent ? 0 : 1);
+  }
+  close(channel[1]);
+  double figures[2] = {0, 0};
+  const bool received = read(channel[0], figures, sizeof figures) == sizeof figures;
+  close(channel[0]);
+  waitpid(child, nullptr, 0);
+  if (!received) throw std::runtime_error("the measuring process failed");
+  Figure figure{.id = "P3",
+                .operation = "Peak memory beside the tools / the document",
+                .size = std::to_string(count) + " tools",
+                .ours = figures[0] / 1e6,
+                .floor = figures[1] / 1e6,
+                .goal = 2,
+                .unit = "MB"};
+  figure.ratio = figure.ours / figure.floor;
+  return figure;
+}
+
+void append_printed(std::string& out, const char* format, double value) {
+  char buffer[64];
+  const int length = std::snprintf(buffer, sizeof buffer, format, value);
+  out.append(buffer, static_cast<std::size_t>(length));
+}
+
+/// The numbers and texts of a tool, printed one after the other.
+void print_numbers(const tdbTool& tool, std::string& out) {
+  const auto print_item = [&out](const tdbItem& item) {
+    const auto pos = item.GetPos();
+    const auto shape = item.GetShapePos();
+    for (int row = 0; row < 3; ++row) append_printed(out, "%g", pos(row, 3));
+    for (int i = 0; i < 9; ++i) append_printed(out, "%g", shape(i / 4, i % 4));
+    for (int i = 0; i < 4; ++i) append_printed(out, "%g", item.GetMaterial().red);
+    out += item.GetName();
+    out += item.GetProfileXml();
+    for (const auto& [name, value] : item.GetParams()) out += name + value + name;
+  };
+  print_item(tool);
+  for (int i = 0; i < tool.GetCutterCount(); ++i) print_item(*tool.GetCutter(i));
+  for (int i = 0; i < tool.GetShankCount(); ++i) print_item(*tool.GetShank(i));
+  for (int i = 0; i < tool.GetHolderCount(); ++i) print_item(*tool.GetHolder(i));
+  for (const auto& [name, value] : tool.GetParamList()) out += name + value;
+  for (const auto& offset : tool.GetOffsetParamList()) {
+    for (const double v : {offset.DX, offset.DY, offset.DZ, offset.RAD}) {
+      append_printed(out, "%f", v);
+    }
+  }
+  // The limits and targets of the conditions: 37 numbers.
+  for (int i = 0; i < 37; ++i) append_printed(out, "%f", tool.GetCutCond().GetVerifyFeed().maximum);
+  for (int i = 0; i < 10; ++i) append_printed(out, "%g", tool.GetCutCond().GetDc());
+  out += tool.GetDescr();
+  out += tool.GetComment();
+}
+
+Figure write_document(const Options& options) {
+  const int count = options.quick ? 1000 : 10000;
+  tdbToolDB db("bench", 1);
+  std::vector<const tdbTool*> tools;
+  for (int i = 0; i < count; ++i) {
+    auto tool = sample_tool(i);
+    tools.push_back(tool.get());
+    if (db.AddTool(tool.get(), false)) static_cast<void>(tool.release());
+  }
+  return compare(
+      {.id = "P4",
+       .operation = "Write a document / print its numbers and texts",
+       .size = std::to_string(count) + " tools",
+       .goal = 0.5},
+      options.rounds,
+      [&db] {
+        return seconds([&db] {
+          std::string out;
+          static_cast<const tdbToolDB&>(db).WriteXml(out, {});
+          keep(out.data());
+        });
+      },
+      [&tools] {
+        return seconds([&tools] {
+          std::string out;
+          for (const tdbTool* tool : tools) print_numbers(*tool, out);
+          keep(out.data());
+        });
+      });
+}
+
+}  // namespace
+
+std::vector<Figure> bench_documents(const Options& options) {
+  const int count = options.quick ? 2000 : 100000;
+  std::vector<Figure> figures;
+  figures.push_back(import_memory(count));
+  {
+    const std::string text = export_document(count);
+    figures.push_back(compare(
+        {.id = "P3",
+         .operation = "Import a document / parse it whole",
+         .size = std::to_string(count) + " tools",
+         .goal = 0.8},
+        options.rounds, [&] { return import(text, count); },
+        [&] {
+          return seconds([&] {
+            tinyxml2::XMLDocument document;
+            document.Parse(text.data(), text.size());
+            keep(document.RootElement());
+          });
+        }));
+  }
+  figures.push_back(write_document(options));
+  return figures;
+}
+
+}  // namespace bench

@@ -1,0 +1,66 @@
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include "bench/benchmarks.h"
+#include "bench/sample_tools.h"
+#include "tooldb/tool_db.h"
+
+extern char** environ;
+
+namespace bench {
+namespace {
+
+/// Runs the program to its end, its output thrown away.
+double run(const std::filesystem::path& program, std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), program.string());
+  std::vector<char*> argv;
+  for (std::string& argument : arguments) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+  const double time = seconds([&] {
+    pid_t child = 0;
+    if (posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ) != 0) {
+      throw std::runtime_error("cannot start " + program.string());
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) > 1) {
+      throw std::runtime_error("the program failed");
+    }
+  });
+  posix_spawn_file_actions_destroy(&actions);
+  return time;
+}
+
+}  // namespace
+
+std::vector<Figure> bench_program(const Options& options) {
+  if (options.program.empty()) return {};
+  const int count = options.quick ? 500 : 10000;
+  const ScratchFolder folder(options);
+  make_library(folder.Path(), count);
+  const auto read = [&] {
+    tdbToolDB db("bench", 0);
+    db.Init(folder.Text());
+    return seconds([&db] { db.Read(); });
+  };
+  const auto figure = [&](const char* command, double goal) {
+    return compare(
+        {.id = "P14",
+         .operation = std::string("tooldb ") + command + " / Read in the library",
+         .size = std::to_string(count) + " tools",
+         .goal = goal},
+        options.rounds,
+        [&] {
+          return run(options.program, {command, folder.Text()});
+        },
+        read);
+  };
+  return {figure("list", 1.2), figure("check", 1.5)};
+}
+
+}  // namespace bench
