@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
 """Compares the virtual tables of the exported classes with vtables.txt, under both ABIs.
 
-usage: check_vtables.py {itanium|microsoft} INCLUDE_DIR...
+usage: check_vtables.py {itanium|microsoft|msvc} INCLUDE_DIR...
 
-clang lays the classes out and prints their tables. For Microsoft's ABI it compiles the headers
-with the standard library of the mingw compiler, whose headers it can read in that mode.
+clang lays the classes out and prints their tables: under the Itanium ABI; under Microsoft's, with
+the standard library of the mingw compiler, whose headers it can read in that mode; and as
+Microsoft's compiler sees the headers, with its macros, its extensions and no others, and the parts
+of the standard library that they need declared in msvc/.
 """
 
 import re
@@ -68,8 +70,22 @@ def microsoft_flags():
     return flags
 
 
+def msvc_flags():
+    warnings = ["-Wall", "-Wextra", "-Wshadow", "-Wconversion", "-Wgnu", "-Wmicrosoft",
+                "-Wextra-semi", "-Werror"]
+    return ["--target=x86_64-pc-windows-msvc", "-nostdinc", "-fms-compatibility-version=19.30",
+            "-isystem", str(HERE / "msvc"), *warnings]
+
+
+FLAGS = {
+    "itanium": lambda: ["--target=x86_64-pc-linux-gnu"],
+    "microsoft": microsoft_flags,
+    "msvc": msvc_flags,
+}
+
+
 def dump(abi, include_dirs, classes):
-    flags = microsoft_flags() if abi == "microsoft" else ["--target=x86_64-pc-linux-gnu"]
+    flags = FLAGS[abi]()
     with tempfile.TemporaryDirectory() as folder:
         source = Path(folder) / "probe.cpp"
         source.write_text(probe_source(classes))

@@ -19,9 +19,9 @@ PUBLIC = {
     "geom": {"geometry", "placement"},
     "tooldb/model": {"composite_item", "cutting_conditions", "item", "object", "scene", "tool",
                      "tool_parts", "type_names"},
-    "tooldb/profile": {"contour", "profile"},
+    "tooldb/profile": {"contour", "profile", "tool_makers"},
     "tooldb/xml": {"xml_reader"},
-    "tooldb/storage": {"file_manager", "tool_components_db", "tool_db", "tool_makers", "util"},
+    "tooldb/storage": {"file_manager", "tool_components_db", "tool_db", "util"},
 }
 
 # Programs see the public headers and their own.
