@@ -152,6 +152,10 @@ std::unique_ptr<tdbCuttingTool> make_cutting_tool(CutterPlan& plan, const ShankS
     plan = cylinder_around(plan);
     cutter = new_cutter(plan, parts_of(plan.kind).cutter, unit);
   }
+  if (shank.overall > 0 && plan.top > shank.overall * (1 + 1e-9)) {
+    plan.remarks.push_back("the cutting part is longer than the overall length " +
+                           number_text(shank.overall));
+  }
   auto body = new_shank(plan, shank, unit);
   return joined(std::move(cutter), std::move(body), plan.kind);
 }

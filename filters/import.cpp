@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "filters/freecad.h"
+#include "filters/fusion.h"
 #include "filters/plain_text.h"
 
 namespace tooldb {
@@ -17,6 +18,7 @@ constexpr std::array<std::string_view, 5> kNoteKindNames = {"mapped", "approxima
 constexpr std::array<std::string_view, 1> kBitExtensions = {".fctb"};
 constexpr std::array<std::string_view, 1> kLibraryExtensions = {".fctl"};
 constexpr std::array<std::string_view, 1> kHolderExtensions = {".fcholder"};
+constexpr std::array<std::string_view, 1> kFusionExtensions = {".json"};
 
 constexpr auto kFormats = std::to_array<ImportFormat>({
     {"freecad-bit", "FreeCAD tool bit", kBitExtensions, fits_freecad_bit, read_freecad_bit},
@@ -24,6 +26,7 @@ constexpr auto kFormats = std::to_array<ImportFormat>({
      fits_freecad_library, read_freecad_library},
     {"freecad-holder", "FreeCAD tool holder", kHolderExtensions, fits_freecad_holder,
      read_freecad_holder},
+    {"fusion", "Fusion tool library", kFusionExtensions, fits_fusion_json, read_fusion_json},
 });
 
 bool has_extension(const ImportFormat& format, std::string_view lower_file_name) {

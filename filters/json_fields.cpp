@@ -79,7 +79,7 @@ void flatten_json(const std::string& prefix, const Json& value,
 }
 
 JsonFields::JsonFields(const Json& object)
-    : object_(object.is_object() ? &object : &empty_object()) {}
+    : object_(object.is_object() ? &object : &empty_object()), is_object_(object.is_object()) {}
 
 const Json* JsonFields::Find(const std::string& key) const {
   const auto field = object_->find(key);

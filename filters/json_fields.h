@@ -23,8 +23,8 @@ std::optional<Json> parse_json(std::string_view bytes, std::string& problem);
 /// for null; an object or an array as JSON.
 std::string json_text(const Json& value);
 
-/// Calls `keep(name, text)` for every scalar below `value`, and for empty objects and arrays; the
-/// names are joined with points behind `prefix`, elements of arrays are numbered from 0.
+/// Calls `keep(name, text)` for every scalar below `value`, itself included; the names are joined
+/// with points behind `prefix`, elements of arrays are numbered from 0.
 void flatten_json(const std::string& prefix, const Json& value,
                   const std::function<void(const std::string&, std::string_view)>& keep);
 
@@ -34,6 +34,7 @@ class JsonFields {
   /// Anything but an object counts as one without fields.
   explicit JsonFields(const Json& object);
 
+  bool IsObject() const { return is_object_; }
   bool Has(const std::string& key) const { return object_->contains(key); }
   /// A number, or a text that is one; nothing, and the field counts as unread, for other kinds.
   std::optional<double> Number(const std::string& key);
@@ -42,8 +43,10 @@ class JsonFields {
   std::optional<bool> Flag(const std::string& key);
   /// The field, counted as read; null when it is missing.
   const Json* Read(const std::string& key);
-  /// Whether or not the field exists, it is not kept by `KeepUnread`.
+  /// Counts a field as read.
   void Skip(const std::string& key) { read_.insert(key); }
+  /// Counts a field as unread, because its value was of no use.
+  void GiveBack(const std::string& key) { read_.erase(key); }
 
   void KeepUnread(const std::string& prefix,
                   const std::function<void(const std::string&, std::string_view)>& keep) const;
@@ -52,6 +55,7 @@ class JsonFields {
   const Json* Find(const std::string& key) const;
 
   const Json* object_;
+  bool is_object_;
   std::set<std::string> read_;
 };
 
