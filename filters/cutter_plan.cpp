@@ -11,6 +11,9 @@ namespace tooldb {
 namespace {
 
 constexpr double kDefaultPointAngle = 118;
+/// Stands for a tip that is a point where an outline needs a width: just more than what counts as
+/// none.
+constexpr double kSmallestDiameter = 4e-6;
 
 double tan_deg(double angle) { return std::tan(angle * std::numbers::pi / 180); }
 
@@ -198,10 +201,11 @@ CutterPlan corner_rounding_cutter(const CutterSize& size) {
     return plan;
   }
   plan.kind = CuttingKind::kCornerRounding;
+  const double tip = std::max(size.tip_diameter, kSmallestDiameter);
   const double height = checked_height(size, size.corner_radius, plan);
   const double outer = std::max(size.largest_diameter, size.tip_diameter + 2 * size.corner_radius);
   plan.dimensions = {{"DIAMETER", outer},
-                     {"DIAMETER1", size.tip_diameter},
+                     {"DIAMETER1", tip},
                      {"HEIGHT", height},
                      {"HEIGHT1", 0},
                      {"FILLET", size.corner_radius}};

@@ -75,7 +75,7 @@ void EntryBuilder::AddCuttingTool(std::unique_ptr<tdbCuttingTool> cutting_tool,
 }
 
 void EntryBuilder::AddAt(std::unique_ptr<tdbItem> item, double z) {
-  item->SetPos(raised(z));
+  item->SetPos(raised(z + 0.0));  // never -0
   Tool().AddItem(item.release());
 }
 

@@ -15,4 +15,8 @@ bool fits_fusion_json(std::string_view bytes);
 void read_fusion_json(std::string_view bytes, const std::string& file_name,
                       const SiblingReader& siblings, ImportResult& result);
 
+bool fits_fusion_archive(std::string_view bytes);
+void read_fusion_archive(std::string_view bytes, const std::string& file_name,
+                         const SiblingReader& siblings, ImportResult& result);
+
 }  // namespace tooldb

@@ -8,12 +8,14 @@
 #include "filters/fusion_tool.h"
 #include "filters/fusion_types.h"
 #include "filters/plain_text.h"
+#include "filters/zip_archive.h"
 
 namespace tooldb {
 namespace {
 
 /// Enough to tell tools apart in a list; the whole text is the description.
 constexpr std::size_t kLongestCode = 60;
+constexpr std::string_view kPackedLibrary = "tools.json";
 
 std::string tool_number(const Json& entry) {
   JsonFields fields(entry);
@@ -145,6 +147,23 @@ void read_fusion_json(std::string_view bytes, const std::string& file_name, cons
     return;
   }
   FusionLibraryReader(file_name, result).Read(*data);
+}
+
+bool fits_fusion_archive(std::string_view bytes) {
+  return is_zip(bytes) && bytes.find(kPackedLibrary) != std::string_view::npos;
+}
+
+void read_fusion_archive(std::string_view bytes, const std::string& file_name,
+                         const SiblingReader& siblings, ImportResult& result) {
+  // Some files of this name are the document in the clear.
+  if (!is_zip(bytes)) return read_fusion_json(bytes, file_name, siblings, result);
+  std::string problem;
+  const std::optional<std::string> document = unzip_member(bytes, kPackedLibrary, problem);
+  if (!document) {
+    result.notes.push_back({NoteKind::kFailed, file_name + ": " + problem});
+    return;
+  }
+  read_fusion_json(*document, file_name, siblings, result);
 }
 
 }  // namespace tooldb

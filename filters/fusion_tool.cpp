@@ -297,8 +297,9 @@ void FusionToolReader::KeepRest() {
   post.Skip("comment");
   post.KeepUnread("FUSION.post-process", keep);
   if (post.IsObject()) entry_.Skip("post-process");
-  if (const Json* start_values = entry_.Read("start-values")) {
-    read_fusion_presets(*start_values, builder_);
+  if (const Json& values = field_or_null(*entry_json_, "start-values"); values.is_object()) {
+    entry_.Skip("start-values");
+    read_fusion_presets(values, builder_);
   }
   if (holder_ != nullptr) entry_.Skip("holder");
   for (const char* key : {"unit", "description"}) entry_.Skip(key);

@@ -19,6 +19,7 @@ constexpr std::array<std::string_view, 1> kBitExtensions = {".fctb"};
 constexpr std::array<std::string_view, 1> kLibraryExtensions = {".fctl"};
 constexpr std::array<std::string_view, 1> kHolderExtensions = {".fcholder"};
 constexpr std::array<std::string_view, 1> kFusionExtensions = {".json"};
+constexpr std::array<std::string_view, 1> kFusionArchiveExtensions = {".tools"};
 
 constexpr auto kFormats = std::to_array<ImportFormat>({
     {"freecad-bit", "FreeCAD tool bit", kBitExtensions, fits_freecad_bit, read_freecad_bit},
@@ -27,6 +28,8 @@ constexpr auto kFormats = std::to_array<ImportFormat>({
     {"freecad-holder", "FreeCAD tool holder", kHolderExtensions, fits_freecad_holder,
      read_freecad_holder},
     {"fusion", "Fusion tool library", kFusionExtensions, fits_fusion_json, read_fusion_json},
+    {"fusion-archive", "Fusion tool library, packed", kFusionArchiveExtensions, fits_fusion_archive,
+     read_fusion_archive},
 });
 
 bool has_extension(const ImportFormat& format, std::string_view lower_file_name) {

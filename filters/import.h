@@ -88,6 +88,10 @@ const ImportFormat* find_import_format(std::string_view file_name, std::string_v
 ImportResult import_tools(std::string_view bytes, const std::string& file_name,
                           const SiblingReader& siblings);
 
+/// Puts copies of their members in the place of the components that a tool uses: for a library of
+/// tools that has no components library beside it.
+void embed_components(tdbTool& tool);
+
 /// Texts of a tool or component cannot hold '<', '&', '"' and control characters in files. The
 /// import has put the full-width forms (U+FF1C, U+FF06, U+FF02) in place of the first three; this
 /// turns them back, for exports to formats that can hold them.
