@@ -1,0 +1,169 @@
+#include <gtest/gtest.h>
+
+#include "tests/profile/bodies.h"
+
+namespace tooldb::test {
+namespace {
+
+struct OutlineCase {
+  std::string_view kind;
+  int type;
+  std::string_view params;
+  std::string_view outline;
+  double volume;  // of the body that it makes when it turns
+};
+
+constexpr OutlineCase kOutlines[] = {
+    {"cutter", 0, "DIAMETER=20 HEIGHT=40", "0 0 ; 10 0 ; 10 40 ; 0 40", 12566.4},
+    {"cutter", 1, "DIAMETER=12", "0 0 ; ccw 6 6 @ 0 6 ; ccw 0 12 @ 0 6", 904.779},
+    {"cutter", 1, "DIAMETER=12 SPHERIC_TCPTYPE=1", "0 -6 ; ccw 6 0 @ 0 0 ; ccw 0 6 @ 0 0", 904.779},
+    {"cutter", 2, "DIAMETER=16 HEIGHT=30", "0 0 ; ccw 8 8 @ 0 8 ; 8 30 ; 0 30", 5495.69},
+    {"cutter", 2, "DIAMETER=16 HEIGHT=30 FILLET=3", "0 0 ; 5 0 ; ccw 8 3 @ 5 3 ; 8 30 ; 0 30",
+     5942.91},
+    {"cutter", 3, "DIAMETER=20 HEIGHT=35 ANGLE=5 ANGLE1=10 FILLET=2",
+     "0 0 ; 8.48866 1.49678 ; ccw 10.1338 3.29208 @ 8.14136 3.4664 ; 12.9078 35 ; 0 35", 13929.3},
+    {"cutter", 4, "DIAMETER=10 HEIGHT=60", "0 0 ; 5 3.0043 ; 5 60 ; 0 60", 4555.08},
+    {"cutter", 9, "DIAMETER=16 DIAMETER1=2 HEIGHT=20 ANGLE=30",
+     "0 0 ; 1 0 ; 8 12.1244 ; 8 20 ; 0 20", 2510.34},
+    {"cutter", 10, "DIAMETER=20 DIAMETER1=8 DIAMETER2=12 HEIGHT=20 HEIGHT1=3 ANGLE1=45 ANGLE2=60",
+     "0 0 ; 4 0 ; 10 6 ; 10 9 ; 6 11.3094 ; 6 20 ; 0 20", 3379.54},
+    {"cutter", 11, "DIAMETER=32 DIAMETER1=25 HEIGHT=60 HEIGHT1=5 ANGLE=30 FILLET=0.8",
+     "0 0 ; 15.2 0 ; ccw 16 0.8 @ 15.2 0.8 ; 16 5 ; 12.5 7.02073 ; 12.5 60 ; 0 60", 31309.3},
+    {"cutter", 12, "DIAMETER=16 DIAMETER1=6 HEIGHT=25 HEIGHT1=1 FILLET=4",
+     "0 0 ; 3 0 ; 3 1 ; cw 7 5 @ 7 1 ; 8 5 ; 8 25 ; 0 25", 4246.61},
+    {"cutter", 13, "DIAMETER=12 DIAMETER1=10.2 HEIGHT=30 HEIGHT1=5",
+     "0 0 ; 5.1 0 ; 6 5 ; 6 30 ; 0 30", 3312.34},
+    {"cutter", 14, "PIECE=5 0 12;20 12 12;8 20 16 LENGTH=40",
+     "0 0 ; 6 5 ; 6 25 ; 10 25 ; 8 33 ; 8 40 ; 0 40", 5902.01},
+    {"cutter", 16, "DIAMETER=63 HEIGHT=6 FILLET=1",
+     "0 0 ; 30.5 0 ; ccw 31.5 1 @ 30.5 1 ; 31.5 5 ; ccw 30.5 6 @ 30.5 5 ; 0 6", 18619.1},
+    {"cutter", 17, "DIAMETER=40 HEIGHT=15 FILLET=4",
+     "0 0 ; 16 0 ; ccw 20 4 @ 16 4 ; ccw 16 8 @ 16 4 ; 16 15 ; 0 15", 14858.4},
+    {"cutter", 18, "DIAMETER=40 DIAMETER1=24 HEIGHT=12",
+     "0 0 ; 18.3923 0 ; ccw 20 6 @ 8 6 ; ccw 18.3923 12 @ 8 6 ; 0 12", 14313.2},
+    {"cutter", 19, "DIAMETER=50 DIAMETER1=8 HEIGHT=6 HEIGHT1=15 ANGLE=120",
+     "0 0 ; 4 2.3094 ; 4 15 ; 25 15 ; 25 21 ; 0 21", 12457.6},
+    {"cutter", 22,
+     "DIAMETER=125 DIAMETER1=40 DIAMETER2=50 HEIGHT=4 HEIGHT1=6 HEIGHT2=10 FILLET=0.5",
+     "0 0 ; 20 0 ; 20 6 ; 62 6 ; ccw 62.5 6.5 @ 62 6.5 ; 62.5 9.5 ; ccw 62 10 @ 62 9.5 ; 25 10 ; "
+     "25 20 ; 0 20",
+     76220.1},
+    {"cutter", 23,
+     "DIAMETER=50 DIAMETER3=40 HEIGHT=100 HEIGHT1=20 HEIGHT3=2 ANGLE1=3 FILLET=2 FILLET2=1 "
+     "FILLET3=0.5",
+     "0 0 ; 23.1047 1.21086 ; ccw 25 3.20812 @ 23 3.20812 ; 25 19 ; ccw 24 20 @ 24 19 ; 20.5 20 ; "
+     "cw 20 20.5 @ 20.5 20.5 ; 20 22 ; 0 22",
+     39924.3},
+    {"shank", 0, "DIAMETER=30 HEIGHT=20 ANGLE=45 DIAMETER2=50 HEIGHT2=35 ANGLE2=10",
+     "0 0 ; 15 0 ; 18.5265 20 ; 25 26.4735 ; 25 61.4735 ; 0 61.4735", 96147.1},
+    {"shank", 1, "DIAMETER=12 HEIGHT=25 DIAMETER2=20 HEIGHT2=40",
+     "0 0 ; 6 0 ; 10 25 ; 10 65 ; 0 65", 17697.6},
+    {"shank", 6, "", "0 0 ; 10 0 ; 10 40 ; 0 40", 12566.4},
+    {"shank", 9, "", "0 0 ; 10 0 ; 10 40 ; 0 40", 12566.4},
+    {"shank", 13, "", "0 0 ; 10 0 ; 10 40 ; 0 40", 12566.4},
+    {"shank", 7, "", "0 0 ; 5 0 ; 5 20 ; 10 25 ; 10 65 ; 0 65", 15053.5},
+    {"shank", 8, "", "0 0 ; 12 0 ; 12 60 ; 16 64 ; 16 104 ; 0 104", 61793},
+    {"shank", 10, "", "0 0 ; 4 0 ; 4 25 ; 5 26 ; 5 66 ; 4 66 ; 4 77 ; 0 77", 5015.03},
+    {"shank", 11, "", "0 0 ; 11 0 ; 11 50 ; 0 50", 19006.6},
+    {"shank", 12, "", "0 0 ; 20 0 ; 20 30 ; 25 30 ; 25 60 ; 0 60", 96604},
+    {"shank", 14, "", "0 0 ; 10 0 ; 10 50 ; 0 50", 15708},
+    {"shank", 15, "", "0 0 ; 12.5 0 ; 12.5 50 ; 0 50", 24543.7},
+    {"shank", 16, "", "0 0 ; 10 0 ; 10 30.5252 ; 20 58 ; 20 78 ; 0 78", 54862.6},
+    {"holder", 0, "DIAMETER=63 HEIGHT=80", "0 0 ; 31.5 0 ; 31.5 80 ; 0 80", 249380},
+    {"holder", 1, "DIAMETER=32 HEIGHT=50 DIAMETER2=63 HEIGHT2=20",
+     "0 0 ; 16 0 ; 31.5 50 ; 31.5 70 ; 0 70", 154093},
+};
+
+std::string outline_name(const testing::TestParamInfo<OutlineCase>& row) {
+  return std::string(row.param.kind) + std::to_string(row.param.type) + "_" +
+         std::to_string(row.index);
+}
+
+class BodyOutline : public testing::TestWithParam<OutlineCase> {};
+INSTANTIATE_TEST_SUITE_P(Types, BodyOutline, testing::ValuesIn(kOutlines), outline_name);
+
+TEST_P(BodyOutline, IsWrittenAsContourXml) {
+  const auto& [kind, type, params, outline, volume] = GetParam();
+  const auto item = make_body(kind, type);
+  set_params(*item, params);
+  ASSERT_TRUE(build(*item));
+  EXPECT_EQ(item->GetProfileXml(), contour_of(outline));
+  const auto segments = parse_contour(item->GetProfileXml());
+  ASSERT_TRUE(segments);
+  EXPECT_NEAR(volume_of_revolution(*segments), volume, 6e-6 * volume);
+}
+
+struct InsertCase {
+  int shape;
+  std::string_view params;
+  std::string_view outline;
+  double measure;  // area; of the centre, the volume
+};
+
+constexpr InsertCase kInserts[] = {
+    {17, "DIAMETER=12.7 FILLET=0.8 ANGLE=80",
+     "0 0 ; ccw 0.612836 0.28577 @ 0 0.8 ; 7.85785 8.92004 ; ccw 7.85785 9.9485 @ 7.24501 9.43427 "
+     "; 0.612836 18.5828 ; ccw -0.612836 18.5828 @ 0 18.0685 ; -7.85785 9.9485 ; ccw -7.85785 "
+     "8.92004 @ -7.24501 9.43427 ; -0.612836 0.28577 ; ccw 0 0 @ 0 0.8",
+     163.189},
+    {18, "DIAMETER=9.525 FILLET=0.5 ANGLE=55 LENGTH=16.15",
+     "0 0 ; ccw 0.443505 0.269126 @ 0 0.5 ; 7.33705 13.5115 ; ccw 7.33705 13.9733 @ 6.89355 "
+     "13.7424 ; 2.53159 23.2045 ; ccw 1.64458 23.2045 @ 2.08808 22.9736 ; -5.24897 9.96209 ; ccw "
+     "-5.24897 9.50034 @ -4.80547 9.73121 ; -0.443505 0.269126 ; ccw 0 0 @ 0 0.5",
+     153.393},
+    {19, "DIAMETER=9.525 FILLET=0.4",
+     "0 0 ; ccw 0.34641 0.2 @ 0 0.4 ; 7.90248 13.2875 ; ccw 7.55607 13.8875 @ 7.55607 13.4875 ; "
+     "-7.55607 13.8875 ; ccw -7.90248 13.2875 @ -7.55607 13.4875 ; -0.34641 0.2 ; ccw 0 0 @ 0 0.4",
+     117.527},
+    {20, "DIAMETER=15.875 FILLET=0.8",
+     "0 0 ; ccw 0.470228 0.152786 @ 0 0.8 ; 8.86086 6.24894 ; ccw 9.15148 7.14337 @ 8.39063 "
+     "6.89615 ; 5.94654 17.0071 ; ccw 5.1857 17.5599 @ 5.1857 16.7599 ; -5.1857 17.5599 ; ccw "
+     "-5.94654 17.0071 @ -5.1857 16.7599 ; -9.15148 7.14337 ; ccw -8.86086 6.24894 @ -8.39063 "
+     "6.89615 ; -0.470228 0.152786 ; ccw 0 0 @ 0 0.8",
+     228.561},
+    {21, "DIAMETER=12.7 FILLET=1.2",
+     "0 0 ; ccw 0.6 0.16077 @ 0 1.2 ; 5.75 3.13412 ; ccw 6.35 4.17335 @ 5.15 4.17335 ; 6.35 "
+     "10.1201 ; ccw 5.75 11.1593 @ 5.15 10.1201 ; 0.6 14.1326 ; ccw -0.6 14.1326 @ 0 13.0934 ; "
+     "-5.75 11.1593 ; ccw -6.35 10.1201 @ -5.15 10.1201 ; -6.35 4.17335 ; ccw -5.75 3.13412 @ "
+     "-5.15 4.17335 ; -0.6 0.16077 ; ccw 0 0 @ 0 1.2",
+     139.217},
+    {22, "DIAMETER=12.7 FILLET=0.8",
+     "0 0 ; ccw 0.306147 0.0608964 @ 0 0.8 ; 4.55393 1.82039 ; ccw 4.98689 2.25334 @ 4.24779 "
+     "2.55949 ; 6.74638 6.50113 ; ccw 6.74638 7.11342 @ 6.00728 6.80728 ; 4.98689 11.3612 ; ccw "
+     "4.55393 11.7942 @ 4.24779 11.0551 ; 0.306147 13.5537 ; ccw -0.306147 13.5537 @ 0 12.8146 ; "
+     "-4.55393 11.7942 ; ccw -4.98689 11.3612 @ -4.24779 11.0551 ; -6.74638 7.11342 ; ccw -6.74638 "
+     "6.50113 @ -6.00728 6.80728 ; -4.98689 2.25334 ; ccw -4.55393 1.82039 @ -4.24779 2.55949 ; "
+     "-0.306147 0.0608964 ; ccw 0 0 @ 0 0.8",
+     133.507},
+    {23, "DIAMETER=12.7 FILLET=0.8",
+     "0 0 ; ccw 0.612836 0.28577 @ 0 0.8 ; 5.49342 6.10223 ; ccw 5.63234 6.34284 @ 4.88059 6.61646 "
+     "; 8.22925 13.4778 ; ccw 7.61641 14.5392 @ 7.47749 13.7514 ; 0.138919 15.8577 ; ccw -0.138919 "
+     "15.8577 @ 0 15.0699 ; -7.61641 14.5392 ; ccw -8.22925 13.4778 @ -7.47749 13.7514 ; -5.63234 "
+     "6.34284 ; ccw -5.49342 6.10223 @ -4.88059 6.61646 ; -0.612836 0.28577 ; ccw 0 0 @ 0 0.8",
+     164.877},
+    {24, "DIAMETER=12.7",
+     "0 0 ; ccw 6.35 6.35 @ 0 6.35 ; ccw 0 12.7 @ 0 6.35 ; ccw -6.35 6.35 @ 0 6.35 ; ccw 0 0 @ 0 "
+     "6.35",
+     126.677},
+    {25, "DIAMETER=20 ANGLE=60 LENGTH=50", "0 0 ; 10 17.3205 ; 10 50 ; 0 50", 12080.4},
+};
+
+class InsertOutline : public testing::TestWithParam<InsertCase> {};
+INSTANTIATE_TEST_SUITE_P(Shapes, InsertOutline, testing::ValuesIn(kInserts),
+                         [](const auto& row) { return std::to_string(row.param.shape); });
+
+TEST_P(InsertOutline, IsWrittenAsContourXml) {
+  const auto& [shape, params, outline, measure] = GetParam();
+  auto* cutter = new tdbToolCutter(7);
+  const tdbCuttingTool tool(cutter, nullptr, shape);
+  set_params(*cutter, params);
+  ASSERT_TRUE(cutter->BuildProfile(0));
+  EXPECT_EQ(cutter->GetProfileXml(), contour_of(outline));
+  const auto segments = parse_contour(cutter->GetProfileXml());
+  ASSERT_TRUE(segments);
+  EXPECT_NEAR(shape == 25 ? volume_of_revolution(*segments) : signed_area(*segments), measure,
+              1e-5 * measure);
+}
+
+}  // namespace
+}  // namespace tooldb::test
