@@ -11,6 +11,7 @@
 
 class kinSceneManager;
 class kinShape;
+class tdbCuttingTool;
 class tdbItem;
 
 /// A tree walk's or a composite's callback; `item` is borrowed for the call.
@@ -181,6 +182,9 @@ class TDB_EXPORT tdbItem : public tdbObject {
   bool IsPosIdentity() const { return pos_is_identity_; }
 
  private:
+  /// It places its shank.
+  friend class tdbCuttingTool;
+
   /// A placement that costs a pointer while it is the identity, as most are.
   class Placement {
    public:

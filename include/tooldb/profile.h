@@ -6,6 +6,9 @@
 #include "tooldb/export.h"
 #include "tooldb/geometry.h"
 
+class kinSceneManager;
+class tdbItem;
+class tdbTool;
 class tdbToolCutter;
 
 /// Dimensions of a turning insert (ISO 1832 shapes; sizes as in ISO 13399).
@@ -66,4 +69,26 @@ class TDB_EXPORT tdbProfile {
   /// @return false, and nothing appended, for models and refused outlines
   static bool HilightCuttingProfile(const tdbToolCutter& cutter, double tolerance,
                                     std::vector<std::vector<Point2d<double>>>& pieces);
+
+  /// Why a cutter, shank or holder has no outline, in words: the parameter and the reason. Empty
+  /// when it has one, and for every other item.
+  static std::string OutlineError(const tdbItem& item);
+
+  /// The parameters that the outline of a cutter, shank or holder is made of, in the order of the
+  /// usual listing; none for contour texts and model files.
+  static std::vector<tdbDimension> GetDimensions(const tdbItem& item);
+
+  /// Appends the triangles of an item and of all below it, each placed in the frame of `root` by
+  /// the positions of the items between; nothing of the tree is changed. Hidden items are left
+  /// out.
+  /// @param scene      loads model files; null: the library's own scene manager
+  /// @param tolerance  largest distance of the mesh from the true surface, > 0
+  /// @return false, and nothing appended, when no item has a shape
+  static bool GetAssemblyShape(tdbItem& root, kinSceneManager* scene,
+                               std::vector<Triangle<double>>& triangles, double tolerance);
+
+  /// The same for a tool with its section view: where that is enabled, bodies that turn about the
+  /// tool's axis are cut open to its start and span angle.
+  static bool GetSectionShape(tdbTool& tool, kinSceneManager* scene,
+                              std::vector<Triangle<double>>& triangles, double tolerance);
 };

@@ -51,6 +51,11 @@ Outline text_outline(const tdbItem& item) {
 
 bool is_body(const tdbItem& item) { return body_class(item) != BodyClass::kNone; }
 
+bool is_model(const tdbItem& item) {
+  // NOLINTNEXTLINE(*-const-cast): the interface lacks the const, the answer changes nothing.
+  return const_cast<tdbItem&>(item).IsSTL();
+}
+
 const BodyType* body_type(const tdbItem& item) {
   switch (body_class(item)) {
     case BodyClass::kCutter:
@@ -66,6 +71,7 @@ const BodyType* body_type(const tdbItem& item) {
 }
 
 Outline body_outline(const tdbItem& item) {
+  if (is_model(item)) return {{}, {}, "the shape is a model file"};
   const BodyType* type = body_type(item);
   return type == nullptr ? text_outline(item) : draft_of(item, *type).Take();
 }

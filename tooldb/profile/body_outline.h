@@ -9,6 +9,8 @@ namespace tooldb {
 
 /// A cutter, shank or holder. Others have no outline.
 bool is_body(const tdbItem& item);
+/// Whether the shape comes from a model file.
+bool is_model(const tdbItem& item);
 /// The outline of a body in its own frame and unit; of a model, a refusal.
 Outline body_outline(const tdbItem& item);
 /// The parameters that the outline of a body is made of; none for contour text and models.

@@ -28,8 +28,8 @@ struct TipCorner {
   double radius;
 
   double CentreHeight() const {
-    const double tangent = radius * tan_deg((90 - taper_deg - tip_deg) / 2);
-    return height - tangent * sin_deg(tip_deg) + radius * cos_deg(tip_deg);
+    const double t = radius * tangent((90 - taper_deg - tip_deg) / 2);
+    return height - t * sin_degrees(tip_deg) + radius * cos_degrees(tip_deg);
   }
 };
 
@@ -73,10 +73,10 @@ void draw_standard(Draft& draft) {
   const double h = draft["HEIGHT"];
   const double taper = draft["ANGLE"];
   const double tip = draft["ANGLE1"];
-  const TipCorner corner{r * tan_deg(tip), tip, taper, draft["FILLET"]};
+  const TipCorner corner{r * tangent(tip), tip, taper, draft["FILLET"]};
   if (!(taper + tip < 90)) draft.Refuse("ANGLE", "and ANGLE1 make 90 degrees or more");
   draft.Positive(h - corner.height, "HEIGHT", "is not above the tip cone");
-  const double inside = -(r + (h - corner.height) * tan_deg(taper));
+  const double inside = -(r + (h - corner.height) * tangent(taper));
   const double top = -draft.AtMost(inside, 0, "ANGLE", "narrows the tool beyond its axis");
   draft.Corners({{{0, 0}}, {{r, corner.height}, corner.radius}, {{top, h}}, {{0, h}}});
   draft.Cuts(0, h);
@@ -120,7 +120,7 @@ void draw_boring_bar(Draft& draft) {
   const double r1 = inner_radius(draft, "DIAMETER1", r);
   const double h = draft["HEIGHT"];
   const double h1 = draft["HEIGHT1"];
-  const double back = draft.AtMost(h1 + (r - r1) * tan_deg(draft["ANGLE"]), h, "HEIGHT", kTooLong);
+  const double back = draft.AtMost(h1 + (r - r1) * tangent(draft["ANGLE"]), h, "HEIGHT", kTooLong);
   draft.Corners(
       {{{0, 0}}, {{r, 0}, draft["FILLET"]}, {{r, h1}}, {{r1, back}}, {{r1, h}}, {{0, h}}});
   draft.Cuts(0, h1);
@@ -230,7 +230,7 @@ void draw_head_and_hub(Draft& draft) {
   const double f2 = draft["FILLET2"];
   const double f3 = draft["FILLET3"];
   const double tip = draft["ANGLE1"];
-  const TipCorner corner{r * tan_deg(tip), tip, 0, draft["FILLET"]};
+  const TipCorner corner{r * tangent(tip), tip, 0, draft["FILLET"]};
   draft.Positive(h1 - corner.height, "HEIGHT1", "is not above the tip cone");
   const bool hub = r3 > 0 && draft["HEIGHT3"] > 0;
   const bool straight = hub && r3 >= r;

@@ -96,16 +96,16 @@ double cot_deg(double angle) { return cone_height(1, angle); }
 
 // Length of an edge over its sharp corners, per unit of the inscribed circle's diameter.
 double edge_per_circle(const ShapeRow& row, double angle) {
-  if (row.sides > 0) return tan_deg(180.0 / row.sides);
+  if (row.sides > 0) return tangent(180.0 / row.sides);
   if (row.shape == kTrigon) return (cot_deg(angle / 2) + cot_deg(120 - angle / 2)) / 2;
-  if (row.shape == kRhombic) return 1 / sin_deg(angle);
-  if (row.shape == kParallelogram) return kUsualStretch / sin_deg(angle);
+  if (row.shape == kRhombic) return 1 / sin_degrees(angle);
+  if (row.shape == kParallelogram) return kUsualStretch / sin_degrees(angle);
   return 1;
 }
 
 // The corner at `distance` from the centre and `angle` degrees.
 SharpCorner polar(double distance, double angle, double radius) {
-  return {{distance * cos_deg(angle), distance * sin_deg(angle)}, radius};
+  return {{distance * cos_degrees(angle), distance * sin_degrees(angle)}, radius};
 }
 
 // The sharp corners of an insert with an inscribed circle, about its centre.
@@ -116,13 +116,13 @@ std::vector<SharpCorner> corners_about_centre(const ShapeRow& row, const tdbInse
   if (row.sides > 0) {
     for (int i = 0; i < row.sides; ++i) {
       corners.push_back(
-          polar(rho / cos_deg(180.0 / row.sides), -90 + 360.0 * i / row.sides, g.cornerRadius));
+          polar(rho / cos_degrees(180.0 / row.sides), -90 + 360.0 * i / row.sides, g.cornerRadius));
     }
     return corners;
   }
   const int count = row.shape == kTrigon ? 6 : 4;
-  const double even = rho / sin_deg(half);
-  const double odd = row.shape == kTrigon ? rho / sin_deg(120 - half) : rho / cos_deg(half);
+  const double even = rho / sin_degrees(half);
+  const double odd = row.shape == kTrigon ? rho / sin_degrees(120 - half) : rho / cos_degrees(half);
   for (int i = 0; i < count; ++i) {
     corners.push_back(polar(i % 2 == 0 ? even : odd, -90 + 360.0 * i / count, g.cornerRadius));
   }
@@ -132,8 +132,8 @@ std::vector<SharpCorner> corners_about_centre(const ShapeRow& row, const tdbInse
 std::vector<SharpCorner> parallelogram_corners(const tdbInsertGeometry& g) {
   const double half = g.includedAngle / 2;
   const double l = g.edgeLength;
-  const double s = g.inscribedCircle / sin_deg(g.includedAngle);
-  const Vec2 right{sin_deg(half), cos_deg(half)};
+  const double s = g.inscribedCircle / sin_degrees(g.includedAngle);
+  const Vec2 right{sin_degrees(half), cos_degrees(half)};
   const Vec2 left{-right.x, right.y};
   return {{{0, 0}, g.cornerRadius},
           {l * right, g.cornerRadius},
@@ -143,7 +143,7 @@ std::vector<SharpCorner> parallelogram_corners(const tdbInsertGeometry& g) {
 
 // The corners, moved so that the nose circle of the first one touches (0, 0) from above.
 void move_nose_to_origin(std::vector<SharpCorner>& corners, const tdbInsertGeometry& g) {
-  const double sharp = g.cornerRadius - g.cornerRadius / sin_deg(g.includedAngle / 2);
+  const double sharp = g.cornerRadius - g.cornerRadius / sin_degrees(g.includedAngle / 2);
   const Vec2 shift = Vec2{0, sharp} - corners.front().point;
   for (SharpCorner& corner : corners) corner.point = corner.point + shift;
 }
@@ -235,7 +235,7 @@ Outline insert_outline(const tdbInsertGeometry& insert) {
   if (!at_most(g.cornerRadius, r)) return refused("FILLET", "is larger than half of DIAMETER");
   g.cornerRadius = std::min(g.cornerRadius, r);
   if (g.shape == kParallelogram &&
-      !at_most(g.inscribedCircle / sin_deg(g.includedAngle), g.edgeLength)) {
+      !at_most(g.inscribedCircle / sin_degrees(g.includedAngle), g.edgeLength)) {
     return refused("LENGTH", "is less than the short edge");
   }
   auto corners =

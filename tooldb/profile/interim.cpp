@@ -1,6 +1,5 @@
 #include "tooldb/profile.h"
 #include "tooldb/scene.h"
-#include "tooldb/tool_makers.h"
 #include "tooldb/tool_parts.h"
 
 #define NO_SHAPE(Class)                                                                            \
@@ -25,7 +24,5 @@ bool tdbToolComponent::GetProfile(kinSceneManager*, std::vector<std::vector<Poin
                                   double, long) {
   return false;
 }
-void tdbCuttingTool::Update() { tdbCompositeItem::Update(); }
-void tdbCuttingTool::AddDeltaZCutterAndShank(double) {}
 kinObject::~kinObject() = default;
 kinSceneManager::~kinSceneManager() = default;

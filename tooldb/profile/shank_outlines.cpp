@@ -12,11 +12,11 @@ void draw_stepped(Draft& draft) {
   const double r2 = draft.Half("DIAMETER2");
   const double r3 = draft.Half("DIAMETER3");
   double y = draft["HEIGHT"];
-  const double tapered = r + y * tan_deg(draft["ANGLE2"]);
+  const double tapered = r + y * tangent(draft["ANGLE2"]);
   draft.Positive(tapered, "ANGLE2", "narrows the shank to its axis");
   std::vector<SharpCorner> corners{{{0, 0}}, {{r, 0}}, {{tapered, y}}};
   if (r2 > 0 && draft["HEIGHT2"] > 0) {
-    y += std::abs(r2 - tapered) * tan_deg(draft["ANGLE"]);
+    y += std::abs(r2 - tapered) * tangent(draft["ANGLE"]);
     corners.push_back({{r2, y}});
     y += draft["HEIGHT2"];
     corners.push_back({{r2, y}});

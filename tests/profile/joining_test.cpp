@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/profile/bodies.h"
+#include "tooldb/model/type_tables.h"
+#include "tooldb/placement.h"
+#include "tooldb/profile.h"
+
+namespace tooldb::test {
+namespace {
+
+// Cutter and shank of each kind of cutting tool with a parametric shank.
+struct Pair {
+  int tool;
+  int cutter;
+  int shank;
+  double joint;   // height at which the shank begins
+  double height;  // of the whole
+};
+
+constexpr Pair kPairs[] = {
+    {0, 0, 0, 50, 110},     {1, 1, 0, 18.6603, 117.9904},
+    {3, 2, 0, 40, 84.3301}, {4, 3, 0, 40, 101.4735},
+    {5, 9, 6, 20, 60},      {6, 10, 7, 12, 77},
+    {7, 12, 9, 20, 60},     {8, 17, 12, 20, 80},
+    {9, 18, 13, 20, 60},    {10, 4, 0, 100, 160},
+    {11, 1, 0, 4.5, 124.5}, {12, 16, 11, 4, 54},
+    {13, 19, 14, 30, 80},   {14, 22, 15, 16, 66},
+    {15, 13, 10, 25, 102},  {16, 11, 8, 40, 144},
+    {25, 7, 0, 0, 0},       {26, 23, 16, 22, 100},
+};
+
+std::unique_ptr<tdbCuttingTool> make_pair(const Pair& pair) {
+  auto tool = std::make_unique<tdbCuttingTool>(new tdbToolCutter(pair.cutter),
+                                               new tdbToolShank(pair.shank), pair.tool);
+  tool->InitParams();
+  return tool;
+}
+
+class JoinedPair : public testing::TestWithParam<Pair> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, JoinedPair, testing::ValuesIn(kPairs), [](const auto& row) {
+  return std::string(type_name(kCuttingToolTypes, row.param.tool, "none"));
+});
+
+TEST_P(JoinedPair, StandsAndSitsOnTheCutter) {
+  const auto tool = make_pair(GetParam());
+  EXPECT_EQ(tdbProfile::OutlineError(*tool->GetCutter()), "");
+  EXPECT_EQ(tdbProfile::OutlineError(*tool->GetShank()), "");
+  tool->Update();
+  if (GetParam().tool == 25) {
+    // A point of 60 degrees over 12.7, and 12.7 of body.
+    EXPECT_NEAR(tool->GetShank()->GetAbsPos()(2, 3), 12.7 + 6.35 * std::sqrt(3), 1e-6);
+    return;
+  }
+  EXPECT_NEAR(tool->GetShank()->GetAbsPos()(2, 3), GetParam().joint, 5e-5);
+  EXPECT_NEAR(GetParam().joint + tool->GetShank()->GetLength(), GetParam().height, 5e-4);
+  EXPECT_EQ(tool->GetShank()->GetPos(), Transformation<double>());
+}
+
+void clear_marks(tdbItem& root) {
+  root.Visit([](void*, tdbItem* item) { item->SetModified(false); }, nullptr);
+}
+
+TEST(Joining, FollowsTheCutterAndCarriesWhatHangsBelow) {
+  const auto tool = make_pair(kPairs[0]);
+  auto* holder = new tdbToolHolder(0);
+  holder->SetPos(tdbMakePlacement({0, 0, 60}, {}));
+  tool->GetShank()->AddItem(holder);
+  tool->Update();
+  EXPECT_EQ(holder->GetAbsPos()(2, 3), 110);
+  clear_marks(*tool);
+  tool->GetCutter()->SetParam("HEIGHT", "30");
+  tool->GetCutter()->SetPos(tdbMakePlacement({1, 0, 7}, {}));
+  tool->Update();
+  EXPECT_EQ(tool->GetShank()->GetAbsPos()(2, 3), 37);
+  EXPECT_EQ(tool->GetShank()->GetAbsPos()(0, 3), 1);
+  EXPECT_EQ(holder->GetAbsPos()(2, 3), 97);
+}
+
+TEST(Joining, LeavesOtherShanksWhereTheyAre) {
+  for (const int shank : {2, 3, 5}) {
+    tdbCuttingTool tool(new tdbToolCutter(0), new tdbToolShank(shank), 2);
+    tool.Update();
+    EXPECT_EQ(tool.GetShank()->GetAbsPos(), Transformation<double>()) << shank;
+  }
+  const auto placed = make_pair(kPairs[0]);
+  placed->GetShank()->SetPos(tdbMakePlacement({0, 0, 12}, {}));
+  placed->Update();
+  EXPECT_EQ(placed->GetShank()->GetAbsPos()(2, 3), 12);
+}
+
+TEST(Joining, UsesTheTopOfTexts) {
+  struct TextCase {
+    int type;
+    std::string_view outline;
+    double top;
+  };
+  // The second is refused as it is, and a model has no outline at all.
+  for (const auto& [type, outline, top] : {TextCase{5, "0 0 ; 5 0 ; 5 30 ; 2 28", 30.0},
+                                           TextCase{5, "", 0.0}, TextCase{6, "0 0 ; 5 9", 0.0}}) {
+    tdbCuttingTool tool(new tdbToolCutter(type), new tdbToolShank(0), 0);
+    tool.GetCutter()->SetProfileXml(contour_of(outline).c_str());
+    tool.Update();
+    EXPECT_EQ(tool.GetShank()->GetAbsPos()(2, 3), top) << type;
+  }
+}
+
+TEST(Joining, DeltaZMovesAJoinedShankOnce) {
+  const auto joined = make_pair(kPairs[0]);
+  joined->AddDeltaZCutterAndShank(5);
+  joined->Update();
+  EXPECT_EQ(joined->GetShank()->GetAbsPos()(2, 3), 55);
+  joined->GetShank()->SetPos(tdbMakePlacement({0, 0, 60}, {}));
+  joined->AddDeltaZCutterAndShank(-2);
+  joined->Update();
+  EXPECT_EQ(joined->GetCutter()->GetPos()(2, 3), 3);
+  EXPECT_EQ(joined->GetShank()->GetAbsPos()(2, 3), 58);
+}
+
+}  // namespace
+}  // namespace tooldb::test
