@@ -149,8 +149,8 @@ void tdbTool::Update() {
   diameter_ = cutter->GetDiameter();
   if (!auto_tcp_) return;
   const Transformation<double> pos = cutter->GetAbsPos();
-  // Subtracted from 0, which a minus sign would turn into -0.
-  offset_ = {0.0 - pos(0, 3), 0.0 - pos(1, 3), 0.0 - pos(2, 3)};
+  // The negative zero of a cutter at the origin is kept: files carry it as "-0".
+  offset_ = {-pos(0, 3), -pos(1, 3), -pos(2, 3)};
 }
 
 void tdbTool::SetDescr(const char* description) {
