@@ -80,7 +80,7 @@ void start_on_axis(Polyline& ring) {
   const auto on_axis = std::ranges::find(ring, 0.0, &Vec2::x);
   if (on_axis == ring.begin() || on_axis == ring.end()) return;
   ring.pop_back();
-  std::ranges::rotate(ring, on_axis);
+  std::rotate(ring.begin(), on_axis, ring.end());
   ring.push_back(Vec2(ring.front()));
 }
 
