@@ -5,6 +5,10 @@
 
 #include "tooldb/export.h"
 
+namespace tooldb {
+class CodeWatcher;
+}
+
 /// Base of everything that has a name and a code: items of a tool's tree and the two databases.
 ///
 /// The order of the virtual operations here and in the derived classes is part of the binary
@@ -49,8 +53,12 @@ class TDB_EXPORT tdbObject {
   bool operator!=(const tdbObject& other) const { return !(*this == other); }
 
  private:
+  friend class tooldb::CodeWatcher;
+
   std::string name_;
   std::string code_;
+  /// The list that the object is in; it outlives its watch.
+  tooldb::CodeWatcher* watcher_ = nullptr;
   long flags_ = 0;
   int version_ = 0;
   bool modified_ = false;
