@@ -11,7 +11,16 @@
 
 class tdbToolComponent;
 
+namespace tooldb {
+class ComponentLink;
+}
+
 /// A library of components: as `tdbToolDB`, with one ".ktcf" file per component.
+///
+/// What is added to it or read into it becomes a definition: the component and all below it get the
+/// component mark. The before-delete callback fires once for each component that a removal takes
+/// out of the library, not for one that is replaced or read again, and not when the database is
+/// destroyed.
 class TDB_EXPORT tdbToolComponentsDB : public tdbObject {
  public:
   using BeforeDeleteCallback = void (*)(void* user, tdbToolComponent* component);
@@ -37,11 +46,13 @@ class TDB_EXPORT tdbToolComponentsDB : public tdbObject {
   virtual bool ImportFromXml(const char* xml, const std::vector<std::string>& codes);
   TDB_SLOTS2((virtual bool AddTool(tdbToolComponent* component, tdbError& error, bool replace)),
              (virtual bool AddTool(tdbToolComponent* component, bool replace)));
-  /// Calls the before-delete callback first, while the component is still listed.
+  /// Deletes the file, calls the before-delete callback while the component is still listed, and
+  /// takes it out of the list; it is then the caller's.
   TDB_SLOTS2((virtual bool RemoveTool(tdbToolComponent* component, tdbError& error)),
              (virtual bool RemoveTool(tdbToolComponent* component)));
   TDB_SLOTS2((virtual bool UpdateTool(tdbToolComponent* component, tdbError& error)),
              (virtual bool UpdateTool(tdbToolComponent* component)));
+  /// @param key  2 the type, any other value the code
   virtual void Sort(int key, bool ascending);
   virtual void AddSearchPaths(const std::vector<std::string>& paths);
   virtual void SetBeforeDeleteCallback(BeforeDeleteCallback callback, void* user);
@@ -71,6 +82,8 @@ class TDB_EXPORT tdbToolComponentsDB : public tdbObject {
   const std::string& Deprecated_GetKtcPath() const;
 
  private:
+  friend class tooldb::ComponentLink;
+
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };

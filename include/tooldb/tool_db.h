@@ -22,8 +22,15 @@ class tdbToolComponentsDB;
 ///
 /// Operations with a `tdbError&` fill it when they answer false; those without hand the error to
 /// the error callback. Error codes: 19 a file of that code exists, 21 component not found, 22
-/// empty code, otherwise that of the file operation. No exception leaves the library. One thread
-/// at a time uses a database and its tools.
+/// empty code, otherwise that of the file operation. No exception leaves the library, and one that
+/// a callback raises is dropped. One thread at a time uses a database and its tools.
+///
+/// A file that is written is flushed before it takes its name, and the folder is flushed before the
+/// operation returns; `Import`, `ImportFromFile`, `ImportFromXml`, `Export` and the removal of all
+/// tools flush the folder once, at their end. Should only the flush of the folder fail, the change
+/// stands and the error callback hears that a power cut may undo it.
+///
+/// Once its file is written, a tool's modified marks are cleared and its placements are fresh.
 ///
 /// Texts are written into the files as they stand: one that holds `<`, `&` or `"` makes the file
 /// unreadable as XML. Guard what people type.
@@ -51,14 +58,15 @@ class TDB_EXPORT tdbToolDB : public tdbObject {
   /// Opens an existing folder; tools are not read.
   virtual bool Init(std::string folder);
   virtual bool Available() const;
-  /// Appends the tools of the folder, in byte order of the file names. A file that cannot be read
-  /// is reported and skipped.
+  /// Appends the tools of the folder, in byte order of the file names, each updated and with its
+  /// modified marks cleared. A file that cannot be read is reported and skipped.
   virtual bool Read();
   /// Reads the named tools, or all when `codes` is empty, afresh from the folder: a listed tool is
   /// replaced in place, any other appended. A code without a file is reported, and its listed tool
   /// stays.
   virtual bool Reload(const std::vector<std::string>& codes);
-  /// Adds clones of the tools listed in `other`, replacing those of the same code.
+  /// Adds clones of the tools listed in `other`, replacing those of the same code. What cannot be
+  /// added is reported, the others go on, and the answer is false; so with the other imports.
   virtual bool Import(tdbToolDB* other);
   /// Adds the tools of an export, replacing those of the same code; `codes` selects, empty: all.
   virtual bool ImportFromFile(const char* path, const std::vector<std::string>& codes);
@@ -89,6 +97,8 @@ class TDB_EXPORT tdbToolDB : public tdbObject {
   virtual void AddSearchPaths(const std::vector<std::string>& paths);
 
   /// @name Lookup
+  /// A tool read from the folder is as its file has it: `Update` it before asking for placements.
+  /// By position the folder is listed at each call; for all tools use `GetTools` or `Read`.
   /// @{
   tdbTool* GetTool(int position, int source);
   const tdbTool* GetToolByCode(const std::string& code, int source) const;
@@ -109,12 +119,13 @@ class TDB_EXPORT tdbToolDB : public tdbObject {
   /// @}
 
   /// Source 1: deletes the listed tools and, with `also_files`, their files; a file that cannot
-  /// be deleted is reported. Any other source: deletes every file of the folder.
+  /// be deleted is reported. Any other source: deletes every file of the folder, whatever it is.
   void RemoveAllTools(bool also_files, int source);
   /// Does nothing.
   void RemoveTempTools();
   /// Writes the tools of the folder, selected by `codes` (empty: all), into the folder
-  /// target/name.
+  /// target/name, where `target` must exist. A tool that stands there already is kept and reported
+  /// with 19. False when one could not be written; the others are.
   bool Export(std::string target, std::string name, const std::vector<std::string>& codes);
   /// The same, but only tools whose code is in `loaded` too.
   bool ExportOnlyLoaded(std::string target, std::string name, const std::vector<std::string>& codes,

@@ -6,12 +6,14 @@
 #include "tooldb/platform/file_system.h"
 #include "tooldb/platform/guard.h"
 #include "tooldb/platform/safe_write.h"
+#include "tooldb/storage/folder_path.h"
 #include "tooldb/storage/model_file_copies.h"
 #include "tooldb/util.h"
 
 using tooldb::file_system;
 using tooldb::FileError;
 using tooldb::guarded;
+using tooldb::path_in;
 
 namespace {
 
@@ -19,12 +21,6 @@ namespace {
 bool refused(tdbError& error, const std::string& text) {
   error.message = text;
   return false;
-}
-
-std::string path_in(const std::string& folder, const std::string& name) {
-  // Beyond a NUL the system would not look, and find another file.
-  if (name.find('\0') != std::string::npos) throw FileError(folder, "NUL in the name of a file");
-  return folder + '/' + name;
 }
 
 std::string file_name(const std::string& code, tdbItem& item) {

@@ -1,0 +1,108 @@
+#include "tooldb/model/text.h"
+#include "tooldb/platform/file_system.h"
+#include "tooldb/platform/guard.h"
+#include "tooldb/storage/folder_path.h"
+#include "tooldb/storage/library.h"
+#include "tooldb/util.h"
+
+namespace tooldb {
+
+void clear_modified_marks(LibraryItem& item) {
+  bool modified = false;
+  item.Visit(tdbUtil::set_item_modified, &modified);
+}
+
+std::unique_ptr<LibraryItem> Library::StoredAt(int position) {
+  const std::string name = StoredName(position);
+  return name.empty() ? nullptr : ReadStored(name);
+}
+
+std::unique_ptr<LibraryItem> Library::StoredWithCode(const std::string& code) {
+  if (owner_.IsMemoryOnly() || !Available()) return nullptr;
+  return ReadStored(NameForCode(code));
+}
+
+std::string Library::CodeOfStored(int position) { return CodeOf(StoredName(position)); }
+
+int Library::StoredCount() {
+  const auto names = StoredNames();
+  return names ? static_cast<int>(names->size()) : 0;
+}
+
+LibraryItems Library::AllStored() {
+  LibraryItems items;
+  const auto names = StoredNames();
+  if (!names) return items;
+  for (const std::string& name : *names) {
+    if (auto item = ReadStored(name)) items.push_back(std::move(item));
+  }
+  return items;
+}
+
+bool Library::HasUnencodedFile(const std::string& code) const {
+  if (owner_.IsMemoryOnly() || files_.GetFolder().empty()) return false;
+  return file_system().IsFile(PathOf(code + std::string(kind_.extension)));
+}
+
+LibraryItem* Library::Refresh(const std::string& code) {
+  if (owner_.IsMemoryOnly() || list_.FindCode(code) == nullptr || !Available()) return nullptr;
+  std::unique_ptr<LibraryItem> fresh = ReadForList(NameForCode(code));
+  return fresh == nullptr ? nullptr : PutInPlace(code, std::move(fresh));
+}
+
+std::optional<std::vector<std::string>> Library::StoredNames() {
+  std::vector<std::string> names;
+  if (owner_.IsMemoryOnly()) return names;
+  tdbError error;
+  if (files_.Read(names, std::string(kind_.extension), error)) return names;
+  owner_.Report(error);
+  return std::nullopt;
+}
+
+std::string Library::StoredName(int position) {
+  const auto names = StoredNames();
+  if (!names || position < 0 || static_cast<std::size_t>(position) >= names->size()) return {};
+  return (*names)[static_cast<std::size_t>(position)];
+}
+
+std::string Library::NameForCode(const std::string& code) const {
+  return encoded_code(code) + std::string(kind_.extension);
+}
+
+std::string Library::CodeOf(const std::string& name) const {
+  return decoded_code(name.substr(0, name.rfind('.')));
+}
+
+std::string Library::PathOf(const std::string& name) const {
+  return path_in(files_.GetFolder(), name);
+}
+
+std::unique_ptr<LibraryItem> Library::ReadStored(const std::string& name) {
+  tdbError error;
+  std::unique_ptr<LibraryItem> item =
+      guarded(error, std::unique_ptr<LibraryItem>(), [&]() -> std::unique_ptr<LibraryItem> {
+        const std::string path = PathOf(name);
+        if (!file_system().IsFile(path)) throw tdbError(1, path);
+        auto read = kind_.read_file(path, {files_.GetSearchPath(), owner_.Components()}, error);
+        if (read == nullptr && error.message.find(path) == std::string::npos) {
+          error.message.insert(0, path + ": ");
+        }
+        return read;
+      });
+  if (item == nullptr) {
+    owner_.Report(error);
+  } else {
+    kind_.prepare(*item);
+  }
+  return item;
+}
+
+std::unique_ptr<LibraryItem> Library::ReadForList(const std::string& name) {
+  std::unique_ptr<LibraryItem> item = ReadStored(name);
+  if (item == nullptr) return nullptr;
+  item->Update();
+  clear_modified_marks(*item);
+  return item;
+}
+
+}  // namespace tooldb
