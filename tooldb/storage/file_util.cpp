@@ -61,6 +61,7 @@ void require_folder(const std::string& folder) {
 }
 
 void move_without_replacing(const std::string& from, const std::string& to) {
+  if (from == to) return;
   if (file_system().IsFile(to)) throw FileError(to, "file exists");
   file_system().Rename(from, to);
 }

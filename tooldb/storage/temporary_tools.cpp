@@ -11,21 +11,19 @@ namespace {
 /// The mark of a placeholder tool.
 constexpr long kTemporaryFlag = 1;
 
-/// Runs `make` and adds the tool that it makes; null when either fails.
-template <class Make>
-tdbTool* added(tdbToolDB* db, const std::string& code, int type, Make&& make) {
+/// Fills a new tool with `fill` and adds it; null, and reported, when that fails.
+template <class Fill>
+tdbTool* added(tdbToolDB* db, const std::string& code, int type, Fill&& fill) {
   if (db == nullptr) return nullptr;
   tdbError error;
-  tdbTool* const result = tooldb::guarded(error, static_cast<tdbTool*>(nullptr), [&] {
-    auto tool = std::make_unique<tdbTool>(code);
-    tool->SetType(type);
+  tdbTool* const added = tooldb::guarded(error, static_cast<tdbTool*>(nullptr), [&] {
+    auto tool = std::make_unique<tdbTool>(code, type);
     tool->SetFlags(kTemporaryFlag);
-    make(*tool);
-    error = tdbError(0);
-    return db->AddTool(tool.get(), false) ? tool.release() : nullptr;
+    fill(*tool);
+    return db->AddTool(tool.get(), error, false) ? tool.release() : nullptr;
   });
-  if (result == nullptr && error.code != 0) db->Error(&error);
-  return result;
+  if (added == nullptr) db->Error(&error);
+  return added;
 }
 
 }  // namespace

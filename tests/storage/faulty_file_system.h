@@ -1,0 +1,124 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tooldb/platform/file_system.h"
+
+namespace tooldb {
+
+/// A call that is about to be made, the first being number 1.
+struct FileCall {
+  enum class Kind { kLook, kRead, kCreate, kWrite, kFlush, kClose, kRename, kRemove, kMakeFolder };
+
+  Kind kind;
+  int number;
+  const std::string& path;
+};
+
+/// The disk below, except for the calls that a test lets fail. A write that fails has written half
+/// of its bytes.
+class FaultyFileSystem final : public FileSystem {
+ public:
+  using Fails = std::function<bool(const FileCall&)>;
+  using Kind = FileCall::Kind;
+
+  void Let(Fails fails) {
+    fails_ = std::move(fails);
+    calls_ = 0;
+  }
+  int Calls() const { return calls_; }
+
+  std::string Read(const std::string& path) override {
+    Check(Kind::kRead, path);
+    return real_.Read(path);
+  }
+  std::unique_ptr<NewFile> CreateNew(const std::string& path) override {
+    Check(Kind::kCreate, path);
+    auto file = real_.CreateNew(path);
+    if (file != nullptr) file = std::make_unique<File>(*this, std::move(file), path);
+    return file;
+  }
+  void Rename(const std::string& from, const std::string& to) override {
+    Check(Kind::kRename, from);
+    real_.Rename(from, to);
+  }
+  void Remove(const std::string& path) override {
+    Check(Kind::kRemove, path);
+    real_.Remove(path);
+  }
+  void CreateFolder(const std::string& path) override {
+    Check(Kind::kMakeFolder, path);
+    real_.CreateFolder(path);
+  }
+  void FlushFolder(const std::string& path) override {
+    Check(Kind::kFlush, path);
+    real_.FlushFolder(path);
+  }
+  std::vector<std::string> List(const std::string& folder) override {
+    Check(Kind::kLook, folder);
+    return real_.List(folder);
+  }
+  bool IsFile(const std::string& path) override {
+    Check(Kind::kLook, path);
+    return real_.IsFile(path);
+  }
+  bool IsFolder(const std::string& path) override {
+    Check(Kind::kLook, path);
+    return real_.IsFolder(path);
+  }
+  bool IsSameFile(const std::string& a, const std::string& b) override {
+    Check(Kind::kLook, a);
+    return real_.IsSameFile(a, b);
+  }
+  std::int64_t LastWriteTime(const std::string& path) override {
+    Check(Kind::kLook, path);
+    return real_.LastWriteTime(path);
+  }
+
+ private:
+  class File final : public NewFile {
+   public:
+    File(FaultyFileSystem& owner, std::unique_ptr<NewFile> real, const std::string& path)
+        : owner_(owner), real_(std::move(real)), path_(path) {}
+
+    void Write(std::string_view bytes) override {
+      if (owner_.ShouldFail(Kind::kWrite, path_)) {
+        real_->Write(bytes.substr(0, bytes.size() / 2));
+        Fail(path_);
+      }
+      real_->Write(bytes);
+    }
+    void Flush() override {
+      owner_.Check(Kind::kFlush, path_);
+      real_->Flush();
+    }
+    void Close() override {
+      real_->Close();
+      owner_.Check(Kind::kClose, path_);
+    }
+
+   private:
+    FaultyFileSystem& owner_;
+    std::unique_ptr<NewFile> real_;
+    std::string path_;
+  };
+
+  [[noreturn]] static void Fail(const std::string& path) { throw FileError(path, "made to fail"); }
+  bool ShouldFail(Kind kind, const std::string& path) {
+    ++calls_;
+    return fails_ && fails_(FileCall{kind, calls_, path});
+  }
+  void Check(Kind kind, const std::string& path) {
+    if (ShouldFail(kind, path)) Fail(path);
+  }
+
+  FileSystem& real_ = file_system();
+  Fails fails_;
+  int calls_ = 0;
+};
+
+}  // namespace tooldb
