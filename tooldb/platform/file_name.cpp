@@ -19,4 +19,14 @@ std::string_view new_file_name_problem(std::string_view name) {
   return {};
 }
 
+std::string_view file_stem(std::string_view path) {
+#if defined(_WIN32)
+  constexpr std::string_view kSeparators = "/\\:";
+#else
+  constexpr std::string_view kSeparators = "/";
+#endif
+  const std::string_view name = path.substr(path.find_last_of(kSeparators) + 1);
+  return name.substr(0, name.rfind('.'));
+}
+
 }  // namespace tooldb

@@ -3,7 +3,7 @@
 #include <string_view>
 
 /// @file
-/// Which names a file can have.
+/// Names of files.
 
 namespace tooldb {
 
@@ -13,5 +13,8 @@ std::string_view new_file_name_problem(std::string_view name);
 
 /// True for a name that the system keeps for itself, such as that of a device.
 bool is_reserved_file_name(std::string_view name);
+
+/// The name of the file in a path, without folder and extension; borrowed from the path.
+std::string_view file_stem(std::string_view path);
 
 }  // namespace tooldb

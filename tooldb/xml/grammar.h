@@ -68,6 +68,7 @@ inline constexpr std::string_view kInterferenceInherit = "INTERF_INH";
 inline constexpr std::string_view kInterferenceType = "INTERF_TYPE";
 inline constexpr std::string_view kInterferenceValue = "INTERF_VAL";
 
+inline constexpr std::string_view kLength = "LENGTH";  // older files, read only
 inline constexpr std::string_view kTemporary = "TEMP";
 inline constexpr std::string_view kExtensionValue = "OPT_OFFSET";
 inline constexpr std::string_view kOffsetX = "OFFSETX";

@@ -1,0 +1,97 @@
+#include "tooldb/xml/element.h"
+
+#include "geom/number_text.h"
+#include "tooldb/model/text.h"
+#include "tooldb/xml/grammar.h"
+
+namespace tooldb {
+namespace {
+
+std::string line_text(int line) {
+  std::string text = "line ";
+  append_integer(text, line);
+  return text + ": ";
+}
+
+// The next element in the order of the start tags; null behind the last.
+Element* following(Element* element) {
+  if (Element* child = element->FirstChildElement()) return child;
+  for (tinyxml2::XMLNode* node = element; node != nullptr; node = node->Parent()) {
+    if (Element* sibling = node->NextSiblingElement()) return sibling;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+ParsedEntry::ParsedEntry(Entry& entry) : first_line_(entry.line) {
+  document_.Parse(entry.text.data(), entry.text.size());
+  if (document_.Error() || document_.RootElement() == nullptr) {
+    throw tdbError(1, line_text(first_line_ + document_.ErrorLineNum() - 1) +
+                          "the XML cannot be parsed (" + document_.ErrorName() +
+                          "); mend it in a text editor, or export the file again");
+  }
+  MarkRawContents(entry);
+}
+
+std::string ParsedEntry::Where(const Element& element) const { return line_text(LineOf(element)); }
+
+void ParsedEntry::MarkRawContents(Entry& entry) {
+  std::size_t number = 0;
+  auto next = entry.raw.begin();
+  for (Element* element = document_.RootElement(); element != nullptr && next != entry.raw.end();
+       element = following(element), ++number) {
+    if (number == next->element) element->SetUserData(&*next++);
+  }
+}
+
+std::string upper_name(const Element& element) { return upper_text(element.Name()); }
+
+std::string text_of(const Element& element) {
+  if (const auto* raw = static_cast<const RawContent*>(element.GetUserData())) {
+    return std::string(raw->text);
+  }
+  std::string text;
+  for (const auto* node = element.FirstChild(); node != nullptr; node = node->NextSibling()) {
+    if (const auto* part = node->ToText()) text += part->Value();
+  }
+  return text;
+}
+
+std::string_view attribute(const Element& element, std::string_view name) {
+  const char* value = element.Attribute(name.data());
+  return value == nullptr ? std::string_view() : std::string_view(value);
+}
+
+bool has_attribute(const Element& element, std::string_view name) {
+  return element.FindAttribute(name.data()) != nullptr;
+}
+
+bool is_true(std::string_view text) { return text == word::kTrue; }
+
+double number(const Element& element, std::string_view name, double missing) {
+  return has_attribute(element, name) ? leading_number(attribute(element, name)) : missing;
+}
+
+int integer(const Element& element, std::string_view name, int missing) {
+  return has_attribute(element, name) ? leading_integer(attribute(element, name)) : missing;
+}
+
+std::string clean_name(std::string_view text) {
+  std::string name(text);
+  std::erase(name, '\n');
+  return std::string(trimmed(name));
+}
+
+Vec3d<double> three_numbers(std::string_view text) {
+  double numbers[3] = {0, 0, 0};
+  for (double& value : numbers) {
+    text = trimmed(text);
+    value = leading_number(text);
+    const auto blank = text.find_first_of(kBlanks);
+    text = blank == std::string_view::npos ? std::string_view() : text.substr(blank);
+  }
+  return {numbers[0], numbers[1], numbers[2]};
+}
+
+}  // namespace tooldb

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// @file
+/// Tags of a document, one after the other, at places that the parser forgets.
+
+namespace tooldb {
+
+/// What is wrong with the markup at an offset of the text.
+struct MarkupError {
+  std::size_t offset;
+  std::size_t resume;  ///< where sound tags may follow; the end when none can
+  std::string what;
+};
+
+/// A tag for a message: the name in angle brackets, a long one shortened.
+std::string shown_tag(std::string_view name);
+
+/// True when a name, however spelt, is `upper_name`.
+bool is_name(std::string_view spelt, std::string_view upper_name);
+
+struct Tag {
+  enum class Kind { kStart, kEmpty, kEnd, kEndOfText };
+  Kind kind = Kind::kEndOfText;
+  std::string_view name;  ///< as it is spelt
+  std::size_t begin = 0;  ///< offset of its "<"
+  std::size_t end = 0;    ///< offset behind its ">"
+};
+
+/// Walks over a text from tag to tag, past character data, comments, CDATA sections, processing
+/// instructions and declarations. Time is linear in the text, memory constant.
+class MarkupScanner {
+ public:
+  explicit MarkupScanner(std::string_view text) : text_(text) {}
+
+  /// The next tag. Raises `MarkupError`; the scanner then stands where it stood before the call.
+  Tag Next();
+
+  /// Where the next call begins.
+  std::size_t offset() const { return offset_; }
+  void MoveTo(std::size_t offset) { offset_ = offset; }
+
+ private:
+  Tag ReadTag(std::size_t begin) const;
+  Tag ReadEndTag(Tag tag, std::size_t at) const;
+  Tag ReadStartTag(Tag tag, std::size_t at) const;
+  std::size_t AfterAttribute(std::size_t at) const;
+  std::size_t AfterSpecial(std::size_t begin) const;
+  std::size_t AfterName(std::size_t at) const;
+  std::size_t AfterBlanks(std::size_t at) const;
+  bool Is(std::size_t at, char c) const { return at < text_.size() && text_[at] == c; }
+
+  std::string_view text_;
+  std::size_t offset_ = 0;
+};
+
+}  // namespace tooldb
