@@ -2,11 +2,17 @@
 
 #include "tooldb/storage/components_db_impl.h"
 #include "tooldb/storage/tool_order.h"
+#include "tooldb/xml/component_lookup.h"
 #include "tooldb/xml/document.h"
 
 using tooldb::CodeSelection;
 using tooldb::guarded;
 using tooldb::IfTaken;
+
+const tdbToolComponent* tooldb::find_library_component(tdbToolComponentsDB& db,
+                                                       const std::string& code) {
+  return db.GetToolComponentByCode(code, kListSource);
+}
 
 tdbToolComponentsDB::tdbToolComponentsDB() : tdbToolComponentsDB("", 0) {}
 
