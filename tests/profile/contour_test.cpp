@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 
 namespace tooldb::test {
@@ -43,8 +44,7 @@ constexpr TextCase kBroken[] = {
 };
 
 class BrokenContour : public testing::TestWithParam<TextCase> {};
-INSTANTIATE_TEST_SUITE_P(Texts, BrokenContour, testing::ValuesIn(kBroken),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Texts, BrokenContour, testing::ValuesIn(kBroken), row_name<TextCase>);
 
 TEST_P(BrokenContour, IsRefused) {
   CEntityDB entities;

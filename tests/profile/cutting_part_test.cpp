@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool_makers.h"
@@ -52,8 +53,7 @@ const CuttingCase kCutting[] = {
 };
 
 class CuttingPart : public testing::TestWithParam<CuttingCase> {};
-INSTANTIATE_TEST_SUITE_P(Cutters, CuttingPart, testing::ValuesIn(kCutting),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Cutters, CuttingPart, testing::ValuesIn(kCutting), row_name<CuttingCase>);
 
 TEST_P(CuttingPart, IsOnePiece) {
   const auto& [name, type, params, outline, points] = GetParam();

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "geom/polyline.h"
+#include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/profile.h"
 #include "tooldb/profile/body_types.h"
@@ -50,7 +51,7 @@ const FinishCase kFinishes[] = {
 
 class FinishedContour : public testing::TestWithParam<FinishCase> {};
 INSTANTIATE_TEST_SUITE_P(Bodies, FinishedContour, testing::ValuesIn(kFinishes),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         row_name<FinishCase>);
 
 TEST_P(FinishedContour, IsClockwise) {
   const auto& [name, kind, type, outline, points] = GetParam();
