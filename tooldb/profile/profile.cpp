@@ -1,10 +1,17 @@
 #include "tooldb/profile.h"
 
 #include "geom/polygons.h"
+#include "geom/silhouette.h"
 #include "tooldb/profile/body_outline.h"
 #include "tooldb/profile/contour_text.h"
 #include "tooldb/profile/insert_outline.h"
 #include "tooldb/profile/polyshift.h"
+
+bool tdbProfile::ExtractProfile(const std::vector<Triangle<double>>& triangles,
+                                std::vector<Point2d<double>>& points, float tolerance) {
+  points = tooldb::silhouette(triangles, tolerance);
+  return !points.empty();
+}
 
 std::vector<std::vector<Point2d<double>>> tdbProfile::OffsetProfile2(
     const std::vector<Point2d<double>>& contour, double distance) {
