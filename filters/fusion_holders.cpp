@@ -128,8 +128,8 @@ std::string FusionHolders::FreeCode(const Pooled& pooled) {
 std::vector<ImportEntry> FusionHolders::MakeComponents(const std::string& file_name) {
   std::vector<ImportEntry> entries;
   // A holder that stands by itself has the first right to its name.
-  std::ranges::stable_partition(order_,
-                                [this](const std::string& key) { return pool_.at(key).alone; });
+  std::stable_partition(order_.begin(), order_.end(),
+                        [this](const std::string& key) { return pool_.at(key).alone; });
   for (const std::string& key : order_) {
     Pooled& pooled = pool_.at(key);
     if (!pooled.alone && pooled.uses < 2) continue;

@@ -47,15 +47,15 @@ const LengthCase kLengths[] = {
 class LengthText : public testing::TestWithParam<LengthCase> {};
 
 TEST_P(LengthText, IsReadInEitherUnit) {
-  const auto& [name, text, mm, inches] = GetParam();
-  const auto read = [&](LengthUnit unit) -> std::optional<double> {
-    const auto quantity = parse_quantity(text);
+  const LengthCase& row = GetParam();
+  const auto read = [&row](LengthUnit unit) -> std::optional<double> {
+    const auto quantity = parse_quantity(row.text);
     return quantity ? length_in(*quantity, unit) : std::nullopt;
   };
-  ASSERT_EQ(read(LengthUnit::kMillimetre).has_value(), mm.has_value());
-  if (!mm) return;
-  EXPECT_NEAR(*read(LengthUnit::kMillimetre), *mm, 1e-9);
-  EXPECT_NEAR(*read(LengthUnit::kInch), *inches, 1e-9);
+  ASSERT_EQ(read(LengthUnit::kMillimetre).has_value(), row.mm.has_value());
+  if (!row.mm) return;
+  EXPECT_NEAR(*read(LengthUnit::kMillimetre), *row.mm, 1e-9);
+  EXPECT_NEAR(*read(LengthUnit::kInch), *row.inches, 1e-9);
 }
 
 INSTANTIATE_TEST_SUITE_P(Oddities, LengthText, testing::ValuesIn(kLengths),
