@@ -111,6 +111,7 @@ bool Library::Read() {
 
 bool Library::Reload(const std::vector<std::string>& codes) {
   Log(kind_.reload, folder_path_);
+  if (owner_.IsMemoryOnly()) return true;
   if (!Available()) return false;
   std::vector<std::string> names;
   for (const std::string& code : codes) names.push_back(NameForCode(code));
