@@ -42,7 +42,8 @@ class ScratchFolder {
   /// Every file at or below the folder, by its path in it, with its bytes.
   std::map<std::string, std::string> Files(const std::string& below = "") const {
     std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(Path(below))) {
+    std::error_code none;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(Path(below), none)) {
       if (!entry.is_regular_file()) continue;
       std::ostringstream bytes;
       bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
