@@ -4,7 +4,6 @@
 #include <array>
 #include <limits>
 
-#include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/tool_makers.h"
 
@@ -58,7 +57,8 @@ constexpr MillCase kMills[] = {
 };
 
 class AptMill : public testing::TestWithParam<MillCase> {};
-INSTANTIATE_TEST_SUITE_P(Forms, AptMill, testing::ValuesIn(kMills), row_name<MillCase>);
+INSTANTIATE_TEST_SUITE_P(Forms, AptMill, testing::ValuesIn(kMills),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 bool passes(const std::vector<ContourSegment>& segments, Vec2 point) {
   return std::ranges::any_of(segments, [&](const ContourSegment& s) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/profile.h"
 
@@ -80,7 +79,7 @@ constexpr RefusedCase kRefused[] = {
 
 class RefusedOutline : public testing::TestWithParam<RefusedCase> {};
 INSTANTIATE_TEST_SUITE_P(Parameters, RefusedOutline, testing::ValuesIn(kRefused),
-                         row_name<RefusedCase>);
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_P(RefusedOutline, KeepsTheStoredTextAndTellsWhy) {
   const auto& [name, kind, type, params, blamed] = GetParam();
@@ -121,7 +120,7 @@ constexpr RefusedCase kAccepted[] = {
 
 class AcceptedOutline : public testing::TestWithParam<RefusedCase> {};
 INSTANTIATE_TEST_SUITE_P(Parameters, AcceptedOutline, testing::ValuesIn(kAccepted),
-                         row_name<RefusedCase>);
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_P(AcceptedOutline, IsDrawn) {
   const auto& [name, kind, type, params, outline] = GetParam();
@@ -171,7 +170,7 @@ constexpr InsertSizeCase kInsertSizes[] = {
 
 class InsertSize : public testing::TestWithParam<InsertSizeCase> {};
 INSTANTIATE_TEST_SUITE_P(Parameters, InsertSize, testing::ValuesIn(kInsertSizes),
-                         row_name<InsertSizeCase>);
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_P(InsertSize, IsCompletedFromWhatIsGiven) {
   const auto& [name, shape, params, diameter, angle, length] = GetParam();

@@ -1,0 +1,15 @@
+#include "apps/command.h"
+
+namespace tooldb {
+
+extern const Command kInit;
+extern const Command kList;
+extern const Command kShow;
+extern const Command kCompletion;
+
+std::span<const Command* const> commands() {
+  static constexpr const Command* kTable[] = {&kInit, &kList, &kShow, &kCompletion};
+  return kTable;
+}
+
+}  // namespace tooldb
