@@ -5,10 +5,15 @@ namespace tooldb {
 extern const Command kInit;
 extern const Command kList;
 extern const Command kShow;
+extern const Command kSet;
+extern const Command kClone;
+extern const Command kRename;
+extern const Command kRemove;
 extern const Command kCompletion;
 
 std::span<const Command* const> commands() {
-  static constexpr const Command* kTable[] = {&kInit, &kList, &kShow, &kCompletion};
+  static constexpr const Command* kTable[] = {&kInit,  &kList,   &kShow,   &kSet,
+                                              &kClone, &kRename, &kRemove, &kCompletion};
   return kTable;
 }
 

@@ -1,0 +1,85 @@
+#include <memory>
+
+#include "apps/command.h"
+#include "apps/console.h"
+#include "apps/settings.h"
+#include "apps/text_rules.h"
+#include "apps/tool_folder.h"
+
+namespace tooldb {
+namespace {
+
+struct Options {
+  FolderOptions folder;
+  std::string code;
+  std::vector<std::string> settings;
+  std::vector<std::string> unset;
+  bool force = false;
+  bool dry_run = false;
+};
+
+void run(const Options& options, Console& console) {
+  if (options.settings.empty() && options.unset.empty()) {
+    throw UsageError("nothing to set: give KEY=VALUE or --unset KEY");
+  }
+  ToolFolder folder(options.folder, ToolFolder::Use::kWrite, console);
+  const ToolToEdit edited = folder.ReadToEdit(options.code);
+  tdbTool& tool = *edited.tool;
+  for (const auto& setting : options.settings) console.Note(apply_setting(tool, setting));
+  for (const auto& key : options.unset) console.Note(remove_setting(tool, key));
+  tool.SetModified(true);
+  tool.Update();
+  require_storable(tool);
+  if (options.dry_run) return console.Note("nothing was written");
+  if (!options.force) folder.CheckUnchanged(edited);
+  folder.Update(tool);
+}
+
+Action declare(CLI::App& app) {
+  auto options = std::make_shared<Options>();
+  add_folder_arguments(app, options->folder);
+  app.add_option("CODE", options->code, "The tool's code")->required();
+  app.add_option("KEY=VALUE", options->settings, "What to set, see below");
+  app.add_option("--unset", options->unset, "Remove a parameter or an offset record")
+      ->type_name("KEY")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  add_force_option(app, options->force);
+  app.add_flag("--dry-run", options->dry_run, "Say what would change, but write nothing");
+  return [options](Console& console) { run(*options, console); };
+}
+
+constexpr Example kExamples[] = {
+    {"tooldb set lib T1 description=\"End mill 10\" units=inch", "Two values of the tool."},
+    {"tooldb set lib T1 cutter.DIAMETER=12 shank.type=CONE",
+     "Parameters and type of the cutter and the shank."},
+    {"tooldb set lib T1 param.MAKER=Acme conditions.inserts=3 offset.1.DZ=120.5",
+     "A parameter of the tool, a cutting condition, an offset."},
+};
+
+}  // namespace
+
+extern const Command kSet;
+const Command kSet = {
+    "set",
+    "Changes values of a tool",
+    "Keys of the tool: name, description, comment, units (mm or inch; numbers stay as they are), "
+    "type, subtype, tolerance, color, auto_color, auto_tcp, diameter, length, offset_x, offset_y, "
+    "offset_z, section (on or off), section_start, section_span; param.NAME, a parameter of the "
+    "tool; offset.N.DX and so on (DX, DY, DZ, RAD, POS, ABS), a field of its offset record N; "
+    "conditions.NAME, a cutting condition as \"tooldb show\" names it.\n"
+    "\n"
+    "Keys of an item: ITEM.NAME, a parameter; ITEM.name, ITEM.type, ITEM.position=X,Y,Z, "
+    "ITEM.angles=Z,Y,X (degrees), ITEM.file, ITEM.file_units, ITEM.profile, ITEM.spinning. ITEM "
+    "is the item's name, or cutter, shank, holder, link or tool for the only item of that kind; "
+    "with several of one name it is NAME#2 and so on, in the order in which show lists them. "
+    "Quotes around a name with dots: \"'my.item'.DIAMETER=12\".\n"
+    "\n"
+    "All or nothing: when one value is refused, nothing is written. Texts with <, & or a straight "
+    "double quote are refused, since files cannot hold them.",
+    kExamples,
+    declare,
+    {},
+};
+
+}  // namespace tooldb

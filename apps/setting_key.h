@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+class tdbItem;
+class tdbTool;
+
+namespace tooldb {
+
+/// A key's parts, which points separate; quotes keep points inside a part.
+/// Raises `UsageError` for an empty part or an open quote.
+std::vector<std::string> key_parts(const std::string& key);
+
+/// The item that a part names: by its name, with "#2" for the second of that name, or by its class
+/// when it is the only one. Raises `UsageError`, with what there is to choose from.
+tdbItem& find_item(tdbTool& tool, const std::string& part);
+
+}  // namespace tooldb

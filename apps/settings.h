@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+class tdbTool;
+
+/// @file
+/// Changing one value of a tool by its name. What is wrong with the name raises `UsageError`, what
+/// is wrong with the value raises `Failure`; the tool is then as it was.
+
+namespace tooldb {
+
+/// Sets what "KEY=VALUE" says. The answer tells the change: "cutter.DIAMETER: 10 -> 12".
+std::string apply_setting(tdbTool& tool, const std::string& setting);
+
+/// Removes a parameter or an offset record. The answer tells the change.
+std::string remove_setting(tdbTool& tool, const std::string& key);
+
+}  // namespace tooldb
