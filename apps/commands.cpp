@@ -5,6 +5,8 @@ namespace tooldb {
 extern const Command kInit;
 extern const Command kList;
 extern const Command kShow;
+extern const Command kAdd;
+extern const Command kImport;
 extern const Command kSet;
 extern const Command kClone;
 extern const Command kRename;
@@ -12,8 +14,8 @@ extern const Command kRemove;
 extern const Command kCompletion;
 
 std::span<const Command* const> commands() {
-  static constexpr const Command* kTable[] = {&kInit,  &kList,   &kShow,   &kSet,
-                                              &kClone, &kRename, &kRemove, &kCompletion};
+  static constexpr const Command* kTable[] = {&kInit, &kList,  &kShow,   &kAdd,    &kImport,
+                                              &kSet,  &kClone, &kRename, &kRemove, &kCompletion};
   return kTable;
 }
 

@@ -1,0 +1,143 @@
+#include "apps/intake_report.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+#include "apps/console.h"
+#include "apps/display_text.h"
+#include "apps/tool_json.h"
+
+namespace tooldb {
+namespace {
+
+constexpr std::array<std::string_view, 5> kOutcomeNames = {"new", "same", "changed", "updated",
+                                                           "refused"};
+
+std::string_view name_of(Outcome outcome) {
+  return kOutcomeNames[static_cast<std::size_t>(outcome)];
+}
+
+constexpr int kWidth = 80;
+
+void append_notes(std::string& out, const std::vector<ImportNote>& notes, int indent) {
+  for (const ImportNote& note : notes) {
+    const std::string text = fmt::format("{}: {}", note_kind_name(note.kind), note.text);
+    out += wrapped(printable(text), kWidth, indent);
+  }
+}
+
+void append_line(std::string& out, const IntakeLine& line, bool brief) {
+  const std::string what = line.is_component ? "component " : "";
+  std::string head = fmt::format("  {:<8} {}{}", name_of(line.outcome), what,
+                                 line.code.empty() ? line.source : line.code);
+  if (!line.description.empty()) head += "  " + line.description;
+  out += cut_to_width(printable(head), kWidth) + '\n';
+  if (!line.reason.empty()) out += wrapped(printable(line.reason), kWidth, 11);
+  if (!brief) append_notes(out, line.notes, 11);
+}
+
+void append_file(std::string& out, const IntakeFile& file, bool brief) {
+  const std::string format = file.format.empty() ? "no tool file" : file.format;
+  out += printable(fmt::format("{} ({})", file.path, format)) + '\n';
+  if (!brief || file.is_refused) append_notes(out, file.notes, 2);
+  for (const IntakeLine& line : file.lines) append_line(out, line, brief);
+  for (const auto& code : file.missing) {
+    out += printable(fmt::format("  {:<8} {}", "missing", code)) + '\n';
+    out += wrapped("it came from this file before and is not in it now; it is kept", kWidth, 11);
+  }
+}
+
+struct Totals {
+  std::array<std::size_t, kOutcomeNames.size()> outcomes{};
+  std::size_t missing = 0;
+  std::size_t refused_files = 0;
+  std::size_t other_files = 0;
+};
+
+Totals totals_of(const std::vector<IntakeFile>& files) {
+  Totals totals;
+  for (const IntakeFile& file : files) {
+    for (const IntakeLine& line : file.lines) {
+      ++totals.outcomes[static_cast<std::size_t>(line.outcome)];
+    }
+    totals.missing += file.missing.size();
+    if (file.is_refused) ++totals.refused_files;
+    if (file.format.empty() && !file.is_refused) ++totals.other_files;
+  }
+  return totals;
+}
+
+std::string summary(const std::vector<IntakeFile>& files) {
+  const Totals totals = totals_of(files);
+  std::string text = fmt::format("{} files:", files.size());
+  for (std::size_t i = 0; i < kOutcomeNames.size(); ++i) {
+    text += fmt::format(" {} {},", totals.outcomes[i], kOutcomeNames[i]);
+  }
+  text += fmt::format(" {} missing; {} files could not be read, {} are no tool files\n",
+                      totals.missing, totals.refused_files, totals.other_files);
+  return text;
+}
+
+nlohmann::ordered_json notes_json(const std::vector<ImportNote>& notes) {
+  auto list = nlohmann::ordered_json::array();
+  for (const ImportNote& note : notes) {
+    list.push_back({{"kind", note_kind_name(note.kind)}, {"text", note.text}});
+  }
+  return list;
+}
+
+nlohmann::ordered_json file_json(const IntakeFile& file) {
+  auto entries = nlohmann::ordered_json::array();
+  for (const IntakeLine& line : file.lines) {
+    entries.push_back({{"outcome", name_of(line.outcome)},
+                       {"class", line.is_component ? "component" : "tool"},
+                       {"code", line.code},
+                       {"description", line.description},
+                       {"source", line.source},
+                       {"reason", line.reason},
+                       {"notes", notes_json(line.notes)}});
+  }
+  return {{"file", file.path},          {"format", file.format},
+          {"refused", file.is_refused}, {"notes", notes_json(file.notes)},
+          {"entries", entries},         {"missing", file.missing}};
+}
+
+void print_errors(const std::vector<IntakeFile>& files, Console& console) {
+  for (const IntakeFile& file : files) {
+    for (const ImportNote& note : file.notes) {
+      if (note.kind == NoteKind::kFailed) console.Error(file.path + ": " + note.text);
+    }
+    for (const IntakeLine& line : file.lines) {
+      if (line.outcome != Outcome::kRefused) continue;
+      const std::string& why = !line.reason.empty() ? line.reason
+                               : line.notes.empty() ? "it could not be read"
+                                                    : line.notes.front().text;
+      console.Error(
+          fmt::format("{}: {}: {}", file.path, line.source.empty() ? line.code : line.source, why));
+    }
+  }
+}
+
+}  // namespace
+
+void add_report_options(CLI::App& app, ReportOptions& options) {
+  app.add_flag("--json", options.json, "Print the report as JSON");
+  app.add_flag("--brief", options.brief, "One line per tool, without what became of its values");
+}
+
+void print_report(const std::vector<IntakeFile>& files, const ReportOptions& options,
+                  Console& console) {
+  if (options.json) {
+    auto list = nlohmann::ordered_json::array();
+    for (const IntakeFile& file : files) list.push_back(file_json(file));
+    console.Print(json_text(list));
+  } else {
+    std::string out;
+    for (const IntakeFile& file : files) append_file(out, file, options.brief);
+    console.Print(out + summary(files));
+  }
+  print_errors(files, console);
+}
+
+}  // namespace tooldb
