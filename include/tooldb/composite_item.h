@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -62,8 +63,13 @@ class TDB_EXPORT tdbCompositeItem : public tdbItem {
 
  private:
   void Append(tdbItem* item);
+  std::span<const std::unique_ptr<tdbItem>> Children() const;
+  std::unique_ptr<tdbItem> Take(std::size_t index);
 
+  /// Children from the front of the list leave their place empty for a while, so that removing all
+  /// of them one by one takes linear time.
   std::vector<std::unique_ptr<tdbItem>> children_;
+  std::size_t empty_places_ = 0;
   tdbItemCallback post_add_ = nullptr;
   void* post_add_context_ = nullptr;
   tdbItemCallback on_delete_ = nullptr;

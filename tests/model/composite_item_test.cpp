@@ -56,6 +56,25 @@ TEST_F(Composite, RemovingMarksOnlyWhenTheItemIsNoChild) {
   EXPECT_FALSE(root_.AddItem(nullptr));
 }
 
+TEST_F(Composite, ChildrenMayLeaveInAnyOrder) {
+  // 0 is the front, whose place stays empty for a while.
+  for (const std::vector<unsigned>& order :
+       {std::vector<unsigned>{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}) {
+    tdbToolComponent copy(root_);
+    copy.SetDeleteItemCallback(nullptr, nullptr);
+    std::vector<std::string> left{"a", "b", "c"};
+    for (const unsigned index : order) {
+      EXPECT_EQ(copy.GetItem(index)->GetName(), left[index]);
+      EXPECT_TRUE(copy.RemoveItem(copy.GetItem(index), false));
+      left.erase(left.begin() + index);
+      copy.AddItem(holder_named("n"));
+      left.emplace_back("n");
+      ASSERT_EQ(copy.GetItemCount(), left.size());
+      for (unsigned i = 0; i < left.size(); ++i) EXPECT_EQ(copy.GetItem(i)->GetName(), left[i]);
+    }
+  }
+}
+
 TEST_F(Composite, NamesMatchExactlyAmongDirectChildren) {
   auto* nested = holder_named("abc");
   static_cast<tdbCompositeItem*>(root_.GetItem(0))->AddItem(nested);

@@ -2,6 +2,16 @@
 
 #include <algorithm>
 
+namespace {
+
+bool equal_children(const std::unique_ptr<tdbItem>& a, const std::unique_ptr<tdbItem>& b) {
+  if (a->IsLeaf() != b->IsLeaf()) return false;
+  if (a->IsLeaf()) return *a == *b;
+  return static_cast<const tdbCompositeItem&>(*a) == static_cast<const tdbCompositeItem&>(*b);
+}
+
+}  // namespace
+
 tdbCompositeItem::tdbCompositeItem(int type) : tdbItem(type) {}
 
 tdbCompositeItem::tdbCompositeItem(int type, const std::string& name) : tdbItem(type, name) {}
@@ -15,17 +25,18 @@ tdbCompositeItem::tdbCompositeItem(const tdbCompositeItem& other)
       post_add_context_(other.post_add_context_),
       on_delete_(other.on_delete_),
       on_delete_context_(other.on_delete_context_) {
-  children_.reserve(other.children_.size());
-  for (const auto& child : other.children_) Append(child->Clone());
+  children_.reserve(other.Children().size());
+  for (const auto& child : other.Children()) Append(child->Clone());
 }
 
 tdbCompositeItem& tdbCompositeItem::operator=(const tdbCompositeItem& other) {
   if (this == &other) return *this;
   // Cloned first: `other` may hang below this item.
   std::vector<std::unique_ptr<tdbItem>> clones;
-  for (const auto& child : other.children_) clones.emplace_back(child->Clone());
+  for (const auto& child : other.Children()) clones.emplace_back(child->Clone());
   tdbItem::operator=(other);
   children_.clear();
+  empty_places_ = 0;
   for (auto& clone : clones) {
     if (AddItem(clone.get())) static_cast<void>(clone.release());
   }
@@ -39,31 +50,32 @@ bool tdbCompositeItem::IsComposite() { return true; }
 
 void tdbCompositeItem::Visit(tdbItemCallback callback, void* context) {
   callback(context, this);
-  for (const auto& child : children_) child->Visit(callback, context);
+  for (const auto& child : Children()) child->Visit(callback, context);
 }
 
 void tdbCompositeItem::Update() {
   tdbItem::Update();
-  for (const auto& child : children_) {
+  for (const auto& child : Children()) {
     if (IsModified()) child->SetModified(true);
     child->Update();
   }
 }
 
-std::uint64_t tdbCompositeItem::GetItemCount() const { return children_.size(); }
+std::uint64_t tdbCompositeItem::GetItemCount() const { return Children().size(); }
 
 const tdbItem* tdbCompositeItem::GetItem(unsigned index) const {
-  return children_.empty() ? nullptr : children_[index].get();
+  return Children().empty() ? nullptr : Children()[index].get();
 }
 
 tdbItem* tdbCompositeItem::GetItem(unsigned index) {
-  return children_.empty() ? nullptr : children_[index].get();
+  return Children().empty() ? nullptr : Children()[index].get();
 }
 
 const tdbItem* tdbCompositeItem::GetItemByName(const std::string& name) const {
+  const auto children = Children();
   const auto found = std::ranges::find_if(
-      children_, [&name](const auto& child) { return child->GetName() == name; });
-  return found == children_.end() ? nullptr : found->get();
+      children, [&name](const auto& child) { return child->GetName() == name; });
+  return found == children.end() ? nullptr : found->get();
 }
 
 tdbItem* tdbCompositeItem::GetItemByName(const std::string& name) {
@@ -85,26 +97,46 @@ void tdbCompositeItem::Append(tdbItem* item) {
   SetModified(true);
 }
 
+std::span<const std::unique_ptr<tdbItem>> tdbCompositeItem::Children() const {
+  return std::span(children_).subspan(empty_places_);
+}
+
+std::unique_ptr<tdbItem> tdbCompositeItem::Take(std::size_t index) {
+  const auto place = children_.begin() + static_cast<std::ptrdiff_t>(empty_places_ + index);
+  std::unique_ptr<tdbItem> child = std::move(*place);
+  if (index > 0) {
+    children_.erase(place);
+  } else if (2 * ++empty_places_ > children_.size()) {
+    children_.erase(children_.begin(), place + 1);
+    empty_places_ = 0;
+  }
+  return child;
+}
+
 bool tdbCompositeItem::RemoveItem(tdbItem* item, bool keep) {
-  const auto is_item = [item](const auto& child) { return child.get() == item; };
-  if (std::ranges::none_of(children_, is_item)) {
+  const auto index_of_item = [this, item] {
+    const auto children = Children();
+    return static_cast<std::size_t>(
+        std::ranges::find(children, item, [](const auto& child) { return child.get(); }) -
+        children.begin());
+  };
+  if (index_of_item() == Children().size()) {
     SetModified(true);
     return false;
   }
   if (on_delete_ != nullptr) on_delete_(on_delete_context_, item);
   // Looked up again: the callback may have changed the list.
-  const auto found = std::ranges::find_if(children_, is_item);
-  if (found == children_.end()) return true;
-  std::unique_ptr<tdbItem> removed = std::move(*found);
-  children_.erase(found);
+  const std::size_t index = index_of_item();
+  if (index == Children().size()) return true;
+  std::unique_ptr<tdbItem> removed = Take(index);
   if (keep) static_cast<void>(removed.release());
   return true;
 }
 
 bool tdbCompositeItem::RemoveItems(bool keep) {
   bool removed = false;
-  while (!children_.empty()) {
-    tdbItem* first = children_.front().get();
+  while (!Children().empty()) {
+    tdbItem* first = Children().front().get();
     removed |= RemoveItem(first, keep);
   }
   SetModified(true);
@@ -122,15 +154,7 @@ void tdbCompositeItem::SetDeleteItemCallback(tdbItemCallback callback, void* con
 }
 
 bool tdbCompositeItem::operator==(const tdbCompositeItem& other) const {
-  if (!tdbItem::operator==(other) || children_.size() != other.children_.size()) return false;
-  for (std::size_t i = 0; i < children_.size(); ++i) {
-    tdbItem& mine = *children_[i];
-    tdbItem& theirs = *other.children_[i];
-    if (mine.IsLeaf() != theirs.IsLeaf()) return false;
-    const bool equal = mine.IsLeaf() ? mine == theirs
-                                     : static_cast<const tdbCompositeItem&>(mine) ==
-                                           static_cast<const tdbCompositeItem&>(theirs);
-    if (!equal) return false;
-  }
-  return true;
+  const auto mine = Children();
+  const auto theirs = other.Children();
+  return tdbItem::operator==(other) && std::ranges::equal(mine, theirs, equal_children);
 }
