@@ -1,5 +1,6 @@
 #include "filters/fusion_holders.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "filters/plain_text.h"
@@ -19,6 +20,8 @@ std::string shape_key(const FusionHolder& holder) {
   }
   return key;
 }
+
+constexpr std::size_t kLongestName = 60;
 
 std::optional<FusionHolder> read_holder(const Json& holder, LengthUnit unit) {
   JsonFields fields(holder);
@@ -110,7 +113,11 @@ bool FusionHolders::CountAlone(const Json& holder) {
 std::string FusionHolders::FreeCode(const Pooled& pooled) {
   std::string name = holder_name(*pooled.source);
   if (name.empty()) name = "Holder";
-  name = at_most(name, 60);
+  name = at_most(name, kLongestName);
+  JsonFields fields(*pooled.source);
+  if (read_fusion_unit(fields).value_or(pooled.shape.unit) != pooled.shape.unit) {
+    name += pooled.shape.unit == LengthUnit::kInch ? " in" : " mm";  // beside the original
+  }
   std::string code = name;
   for (int n = 2; !codes_.insert(lower_case(code)).second; ++n) {
     code = name + " (" + std::to_string(n) + ")";
@@ -120,6 +127,9 @@ std::string FusionHolders::FreeCode(const Pooled& pooled) {
 
 std::vector<ImportEntry> FusionHolders::MakeComponents(const std::string& file_name) {
   std::vector<ImportEntry> entries;
+  // A holder that stands by itself has the first right to its name.
+  std::stable_partition(order_.begin(), order_.end(),
+                        [this](const std::string& key) { return pool_.at(key).alone; });
   for (const std::string& key : order_) {
     Pooled& pooled = pool_.at(key);
     if (!pooled.alone && pooled.uses < 2) continue;

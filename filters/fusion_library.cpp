@@ -118,8 +118,8 @@ void FusionLibraryReader::Read(const Json& entries) {
   }
   for (std::size_t i = 0; i < entries.size(); ++i) ReadEntry(entries[i], i);
   // A component comes before the tools that use it.
-  std::ranges::stable_partition(result_.entries,
-                                [](const ImportEntry& e) { return e.component != nullptr; });
+  std::stable_partition(result_.entries.begin(), result_.entries.end(),
+                        [](const ImportEntry& e) { return e.component != nullptr; });
 }
 
 }  // namespace

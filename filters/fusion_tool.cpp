@@ -26,6 +26,7 @@ class FusionToolReader {
   void Read();
 
  private:
+  double ReadLength(const std::string& key);
   void ReadFields(std::span<const FusionField> fields);
   void ReadIdentity();
   void ReadTeeth();
@@ -70,26 +71,23 @@ FusionToolReader::FusionToolReader(const Json& entry, const FusionType& type,
       geometry_(field_or_null(entry, "geometry")),
       holder_json_(&field_or_null(entry, "holder")) {}
 
-/// A number that is not 0, which stands for "does not apply".
-void FusionToolReader::ReadFields(std::span<const FusionField> fields) {
-  for (const FusionField& field : fields) {
-    const std::string key(field.key);
-    const std::optional<double> value = geometry_.Number(key);
-    if (!value) {
-      if (geometry_.Has(key)) {
-        builder_.Note(NoteKind::kApproximated, key + " is not a number; left out");
-      }
-      continue;
-    }
-    if (*value < 0 || *value > kLargestNumber) {
-      builder_.Note(NoteKind::kApproximated,
-                    key + " of " + number_text(*value) + " is not usable; left out");
-      geometry_.GiveBack(key);
-      continue;
-    }
-    size_.*field.target = *value;
-    if (*value != 0) builder_.Mapped(key);
+/// A length or an angle; 0, which stands for "does not apply", when it is missing or not usable.
+double FusionToolReader::ReadLength(const std::string& key) {
+  const std::optional<double> value = geometry_.Number(key);
+  if (value && *value >= 0 && *value <= kLargestNumber) {
+    if (*value > 0) builder_.Mapped(key);
+    return *value;
   }
+  if (geometry_.Has(key)) {
+    geometry_.GiveBack(key);
+    builder_.Note(NoteKind::kApproximated,
+                  key + (value ? " of " + number_text(*value) : "") + " is not usable; left out");
+  }
+  return 0;
+}
+
+void FusionToolReader::ReadFields(std::span<const FusionField> fields) {
+  for (const FusionField& field : fields) size_.*field.target = ReadLength(std::string(field.key));
 }
 
 void FusionToolReader::ReadTeeth() {
@@ -231,10 +229,10 @@ void FusionToolReader::AddInsert() {
     return;
   }
   InsertSize size;
-  size.inscribed_circle = geometry_.Number("INSD").value_or(0);
-  size.corner_radius = geometry_.Number("RE").value_or(0);
-  size.thickness = geometry_.Number("S").value_or(0);
-  for (const char* key : {"SC", "INSD", "RE", "S"}) builder_.Mapped(key);
+  size.inscribed_circle = ReadLength("INSD");
+  size.corner_radius = ReadLength("RE");
+  size.thickness = ReadLength("S");
+  builder_.Mapped("SC");
   CutterPlan plan = insert_plan(*shape, size, builder_.Unit());
   offset_radius_ = size.corner_radius;
   builder_.Tool().GetTurningCutCond().SetCornerRadius(InMillimetres(size.corner_radius));
@@ -244,15 +242,14 @@ void FusionToolReader::AddInsert() {
 
 /// A grooving insert: a bar across the turning plane, its cutting corners rounded.
 void FusionToolReader::AddGroove() {
-  const double width = geometry_.Number("tool_insertWidth").value_or(0);
-  const double length = geometry_.Number("LH").value_or(0);
+  const double width = ReadLength("tool_insertWidth");
+  const double length = ReadLength("LH");
   if (width <= 0 || length <= 0) {
-    for (const char* key : {"tool_insertWidth", "LH"}) geometry_.GiveBack(key);
     builder_.Note(NoteKind::kNotRepresentable, "no width and head length: no insert is drawn");
     return;
   }
   const double half = width / 2;
-  const double radius = std::min({std::max(geometry_.Number("RE").value_or(0), 0.0), half, length});
+  const double radius = std::min({ReadLength("RE"), half, length});
   OutlineText outline({0, 0});
   outline.LineTo({half - radius, 0});
   if (radius > 0) outline.ArcTo({half, radius}, {half - radius, radius}, true);
@@ -261,11 +258,10 @@ void FusionToolReader::AddGroove() {
   outline.LineTo({-half, radius});
   if (radius > 0) outline.ArcTo({radius - half, 0}, {radius - half, radius}, true);
   outline.LineTo({0, 0});
-  for (const char* key : {"tool_insertWidth", "LH", "RE"}) builder_.Mapped(key);
   CutterPlan plan;
   plan.kind = CuttingKind::kInsertRhombic;
   plan.outline = outline.Text();
-  if (const double thickness = geometry_.Number("S").value_or(0); thickness > 0) {
+  if (const double thickness = ReadLength("S"); thickness > 0) {
     plan.dimensions = {{"EXTRUDED_HMIN", -thickness}, {"EXTRUDED_HMAX", 0}};
   }
   offset_radius_ = radius;
@@ -330,6 +326,10 @@ void FusionToolReader::Read() {
     case FusionClass::kJet:
       break;
   }
+  if (builder_.Tool().IsTurningTool() && holder_json_->is_object()) {
+    builder_.Note(NoteKind::kApproximated,
+                  "the file gives no outline of a turning holder: it is not drawn");
+  }
   ReadTeeth();
   AddOffsets();
   KeepRest();
@@ -349,7 +349,7 @@ std::string fusion_description(const Json& entry) {
   JsonFields geometry(field_or_null(entry, "geometry"));
   const std::string unit = fields.Text("unit") == "inches" ? " in" : " mm";
   if (const auto diameter = geometry.Number("DC"); diameter && *diameter > 0) {
-    description += " D" + number_text(*diameter) + unit;
+    description += " D" + short_text(*diameter) + unit;
   } else if (const std::string shape = geometry.Text("SC"); !shape.empty()) {
     description += " " + shape;
   }

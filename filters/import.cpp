@@ -105,6 +105,9 @@ ImportResult import_tools(std::string_view bytes, const std::string& file_name,
   } catch (const std::exception& e) {
     result.notes.push_back({NoteKind::kFailed, file_name + ": " + e.what()});
   }
+  if (result.entries.empty() && result.notes.empty()) {
+    result.notes.push_back({NoteKind::kMapped, file_name + ": a library without tools"});
+  }
   make_codes_unique(result);
   return result;
 }

@@ -105,6 +105,8 @@ std::optional<double> degrees(const Quantity& quantity) {
 
 std::string number_text(double value) { return to_text(std::abs(value) < 1e-12 ? 0 : value, 12); }
 
+std::string short_text(double value) { return to_text(value, 6); }
+
 std::string exact_text(double value) {
   std::array<char, 64> buffer{};
   const double size = std::abs(value);

@@ -44,6 +44,8 @@ std::optional<double> degrees(const Quantity& quantity);
 
 /// Twelve significant digits without trailing zeros: shows 0.37499999999999994 as 0.375.
 std::string number_text(double value);
+/// Six significant digits, for names and messages.
+std::string short_text(double value);
 /// The shortest text that reads back as the same number.
 std::string exact_text(double value);
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <limits>
 
+#include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/tool_makers.h"
 
@@ -57,8 +58,7 @@ constexpr MillCase kMills[] = {
 };
 
 class AptMill : public testing::TestWithParam<MillCase> {};
-INSTANTIATE_TEST_SUITE_P(Forms, AptMill, testing::ValuesIn(kMills),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Forms, AptMill, testing::ValuesIn(kMills), row_name<MillCase>);
 
 bool passes(const std::vector<ContourSegment>& segments, Vec2 point) {
   return std::ranges::any_of(segments, [&](const ContourSegment& s) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/profile.h"
 
@@ -79,7 +80,7 @@ constexpr RefusedCase kRefused[] = {
 
 class RefusedOutline : public testing::TestWithParam<RefusedCase> {};
 INSTANTIATE_TEST_SUITE_P(Parameters, RefusedOutline, testing::ValuesIn(kRefused),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         row_name<RefusedCase>);
 
 TEST_P(RefusedOutline, KeepsTheStoredTextAndTellsWhy) {
   const auto& [name, kind, type, params, blamed] = GetParam();
@@ -120,7 +121,7 @@ constexpr RefusedCase kAccepted[] = {
 
 class AcceptedOutline : public testing::TestWithParam<RefusedCase> {};
 INSTANTIATE_TEST_SUITE_P(Parameters, AcceptedOutline, testing::ValuesIn(kAccepted),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         row_name<RefusedCase>);
 
 TEST_P(AcceptedOutline, IsDrawn) {
   const auto& [name, kind, type, params, outline] = GetParam();
@@ -170,7 +171,7 @@ constexpr InsertSizeCase kInsertSizes[] = {
 
 class InsertSize : public testing::TestWithParam<InsertSizeCase> {};
 INSTANTIATE_TEST_SUITE_P(Parameters, InsertSize, testing::ValuesIn(kInsertSizes),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         row_name<InsertSizeCase>);
 
 TEST_P(InsertSize, IsCompletedFromWhatIsGiven) {
   const auto& [name, shape, params, diameter, angle, length] = GetParam();

@@ -15,15 +15,6 @@ const BodyType* row_of(std::span<const BodyType> types, int code) {
   return row == types.end() ? nullptr : &*row;
 }
 
-enum class BodyClass { kNone, kCutter, kShank, kHolder };
-
-BodyClass body_class(const tdbItem& item) {
-  if (dynamic_cast<const tdbToolCutter*>(&item) != nullptr) return BodyClass::kCutter;
-  if (dynamic_cast<const tdbToolShank*>(&item) != nullptr) return BodyClass::kShank;
-  if (dynamic_cast<const tdbToolHolder*>(&item) != nullptr) return BodyClass::kHolder;
-  return BodyClass::kNone;
-}
-
 Draft draft_of(const tdbItem& item, const BodyType& type) {
   Draft draft(item, type);
   if (!draft.IsRefused()) type.draw(draft);
@@ -31,11 +22,7 @@ Draft draft_of(const tdbItem& item, const BodyType& type) {
 }
 
 // Bodies that carry a contour of their own that is extruded.
-struct ExtrudedType {
-  BodyClass body;
-  int code;
-};
-constexpr ExtrudedType kExtruded[] = {
+constexpr BodyCode kExtruded[] = {
     {BodyClass::kCutter, 8}, {BodyClass::kShank, 5}, {BodyClass::kHolder, 4}};
 constexpr int kInsertCutter = 7;
 constexpr int kCentreTool = 25;
@@ -49,7 +36,14 @@ Outline text_outline(const tdbItem& item) {
 
 }  // namespace
 
-bool is_body(const tdbItem& item) { return body_class(item) != BodyClass::kNone; }
+BodyClass body_class(const tdbItem& item) {
+  if (dynamic_cast<const tdbToolCutter*>(&item) != nullptr) return BodyClass::kCutter;
+  if (dynamic_cast<const tdbToolShank*>(&item) != nullptr) return BodyClass::kShank;
+  if (dynamic_cast<const tdbToolHolder*>(&item) != nullptr) return BodyClass::kHolder;
+  return BodyClass::kNone;
+}
+
+BodyCode body_code(const tdbItem& item) { return {body_class(item), item.GetType()}; }
 
 bool is_model(const tdbItem& item) {
   // NOLINTNEXTLINE(*-const-cast): the interface lacks the const, the answer changes nothing.
@@ -81,14 +75,18 @@ std::vector<tdbDimension> body_dimensions(const tdbItem& item) {
   return type == nullptr ? std::vector<tdbDimension>() : draft_of(item, *type).Dimensions();
 }
 
+bool build_outline(tdbItem& item) {
+  if (body_type(item) == nullptr) return !trimmed(item.GetProfileXml()).empty();
+  const Outline outline = body_outline(item);
+  if (!outline.Stands()) return false;
+  item.SetProfileXml(contour_text(outline.segments).c_str());
+  return true;
+}
+
 bool is_extruded(const tdbItem& item) {
-  const BodyClass body = body_class(item);
-  if (body == BodyClass::kCutter && item.GetType() == kInsertCutter) {
-    return insert_shape(item) != kCentreTool;
-  }
-  return std::ranges::any_of(kExtruded, [&](const ExtrudedType& row) {
-    return row.body == body && row.code == item.GetType();
-  });
+  const BodyCode code = body_code(item);
+  if (code == BodyCode{BodyClass::kCutter, kInsertCutter}) return insert_shape(item) != kCentreTool;
+  return std::ranges::find(kExtruded, code) != std::end(kExtruded);
 }
 
 }  // namespace tooldb

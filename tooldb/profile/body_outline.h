@@ -7,12 +7,28 @@
 
 namespace tooldb {
 
-/// A cutter, shank or holder. Others have no outline.
-bool is_body(const tdbItem& item);
+enum class BodyClass { kNone, kCutter, kShank, kHolder };
+
+/// The kind of thing that an item is; what is no cutter, shank or holder has no outline.
+BodyClass body_class(const tdbItem& item);
+
+/// A type code of one class of bodies.
+struct BodyCode {
+  BodyClass body;
+  int code;
+
+  friend bool operator==(const BodyCode&, const BodyCode&) = default;
+};
+BodyCode body_code(const tdbItem& item);
+
 /// Whether the shape comes from a model file.
 bool is_model(const tdbItem& item);
 /// The outline of a body in its own frame and unit; of a model, a refusal.
 Outline body_outline(const tdbItem& item);
+/// Builds the outline from the parameters and stores it as contour XML; for a body that carries
+/// its own text nothing is built.
+/// @return false when the outline is refused, and the stored text stays, or the own text is blank
+bool build_outline(tdbItem& item);
 /// The parameters that the outline of a body is made of; none for contour text and models.
 std::vector<tdbDimension> body_dimensions(const tdbItem& item);
 /// Whether the outline is the edge of a flat body, and not the half-section of a turned one.

@@ -34,12 +34,14 @@ Runs runs_of(const Segments& segments, const Predicate& cuts) {
 
 // The segments inside the band of the cutting edge, without the top of the body.
 Runs band_runs(Outline outline) {
-  const auto [low, high] = outline.cuts;
+  const CutBand band = outline.cuts;
   Segments& segments = outline.segments;
   const ContourSegment& last = segments.back();
   if (is_line(last) && last.start.y == last.end.y) segments.pop_back();
   constexpr double kRounding = 1e-9;
-  const auto is_in = [&](Vec2 p) { return p.y >= low - kRounding && p.y <= high + kRounding; };
+  const auto is_in = [&](Vec2 p) {
+    return p.y >= band.low - kRounding && p.y <= band.high + kRounding;
+  };
   return runs_of(segments, [&](const ContourSegment& s) {
     return is_in(s.start) && is_in(s.end) && !is_on_axis(s);
   });

@@ -3,7 +3,6 @@
 #include "geom/number_text.h"
 #include "tooldb/model/text.h"
 #include "tooldb/profile/body_outline.h"
-#include "tooldb/profile/contour_text.h"
 #include "tooldb/tool_parts.h"
 
 // What cutters, shanks and holders have in common: their outline as text, and its size.
@@ -23,14 +22,6 @@ void set_defaults(tdbItem& item, std::span<const BodyType> types, int code) {
 void clear_outline(tdbItem& item) {
   item.SetProfileXml("");
   item.RemoveParams();
-}
-
-bool build_outline(tdbItem& item) {
-  if (body_type(item) == nullptr) return !trimmed(item.GetProfileXml()).empty();
-  const Outline outline = body_outline(item);
-  if (!outline.Stands()) return false;
-  item.SetProfileXml(contour_text(outline.segments).c_str());
-  return true;
 }
 
 struct Extent {

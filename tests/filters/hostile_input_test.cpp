@@ -1,0 +1,162 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/filters/import_reports.h"
+
+namespace tooldb {
+namespace {
+
+using nlohmann::json;
+
+/// One file of each format, with every kind of field that its reader knows.
+struct Seed {
+  std::string_view name, file_name, text;
+};
+
+const Seed kSeeds[] = {
+    {"Bit", "a.fctb", R"({"version": 2, "id": "a", "name": "A", "shape": "v-bit.fcstd",
+        "shape-type": "VBit", "attribute": {"vendor": "V", "btl-stickout": "3 mm"},
+        "parameter": {"Diameter": "6 mm", "CuttingEdgeAngle": "60 °", "CuttingEdgeHeight": "9 mm",
+        "Length": "50 mm", "ShankDiameter": "6 mm", "TipDiameter": "1 mm", "Flutes": 2,
+        "Chipload": "25 μm", "Stickout": "20 mm"}})"},
+    {"Insert", "a.fctb", R"({"shape": "isoshape.fcstd", "parameter": {"EdgeLength": "6 mm",
+        "TipAngle": "80 °", "TipRadius": "0.4 mm"}})"},
+    {"Library", "a.fctl", R"({"version": 1, "label": "L",
+        "tools": [{"nr": 1, "path": "a.fctb", "pocket": 2}]})"},
+    {"Holder", "a.fcholder", R"({"version": 1, "name": "N", "units": "mm", "type": "T",
+        "profile": [[0, 0], [16.1, 0], [16.1, 19], [0, 19]]})"},
+    {"Mill", "a.json", R"({"data": [{"type": "tapered mill", "unit": "inches", "guid": "g",
+        "description": "D", "product-id": "p", "tapered-type": "tapered_ball",
+        "geometry": {"DC": 1, "LCF": 2, "RE": 0.2, "TA": 10, "SFDM": 1, "LB": 3, "OAL": 4,
+        "NOF": 3, "shoulder-length": 2.5, "shoulder-diameter": 0.8, "assemblyGaugeLength": 5},
+        "shaft": {"segments": [{"height": 1, "lower-diameter": 1, "upper-diameter": 2}]},
+        "holder": {"description": "H", "unit": "inches", "gaugeLength": 2,
+        "segments": [{"height": 2, "lower-diameter": 2, "upper-diameter": 3}]},
+        "post-process": {"number": 7, "length-offset": 7, "comment": "c"},
+        "start-values": {"presets": [{"n": 1000, "v_f": 20, "f_z": 0.1, "stepdown": 1,
+        "use-stepdown": true}]}}], "version": 28})"},
+    {"Form", "a.json", R"({"data": [{"type": "form mill", "unit": "millimeters", "geometry":
+        {"DC": 10, "OAL": 30, "SFDM": 8, "profile": [{"end": [0, 0]}, {"end": [3, 0]},
+        {"arc": true, "ccw": false, "center": [5, 0], "end": [5, 2]}, {"end": [0, 2]}]}}]})"},
+    {"Turning", "a.json", R"({"data": [{"type": "turning grooving", "unit": "millimeters",
+        "geometry": {"SC": "groove square", "tool_insertWidth": 3, "LH": 12, "RE": 0.2, "S": 4},
+        "holder": {"H": 20, "HAND": "R"}, "setup": {"angle": 0},
+        "post-process": {"compensation-offset": 3}, "start-values": {"presets":
+        [{"f_n": 0.1, "depth-of-cut": 1}]}},
+        {"type": "turning general", "geometry": {"SC": "C", "INSD": 12.7, "RE": 0.8, "S": 4.76}},
+        {"type": "holder", "unit": "inches", "description": "h", "gaugeLength": 1,
+        "segments": [{"height": 2, "lower-diameter": 2, "upper-diameter": 3}]}]})"},
+};
+
+ImportResult import_hostile(std::string_view text, const Seed& seed) {
+  const std::string name(seed.file_name);
+  // A library's own text stands for the bit beside it: it is no bit, which must be told.
+  return import_tools(text, name, [&](const std::string&) { return std::string(kSeeds[0].text); });
+}
+
+class HostileInput : public testing::TestWithParam<Seed> {};
+
+TEST_P(HostileInput, EveryCutIsAccountedFor) {
+  const Seed& seed = GetParam();
+  for (std::size_t size = 0; size < seed.text.size(); ++size) {
+    check_import(import_hostile(seed.text.substr(0, size), seed));
+  }
+}
+
+TEST_P(HostileInput, EveryFieldMayBeOfAnyKind) {
+  const Seed& seed = GetParam();
+  const json whole = json::parse(seed.text);
+  const json kinds[] = {nullptr,
+                        true,
+                        -1,
+                        0,
+                        1e300,
+                        18446744073709551615U,
+                        "text <&\"\u0001",
+                        "",
+                        "1e7 mm",
+                        json::array(),
+                        json::array({1, "a", json::array()}),
+                        json::object(),
+                        json::object({{"end", 5}, {"segments", 5}, {"a b<", "c"}})};
+  const json fields = whole.flatten();
+  for (const auto& [pointer, old] : fields.items()) {
+    // The field itself, and each structure above it.
+    for (json::json_pointer at(pointer); !at.empty(); at.pop_back()) {
+      for (const json& value : kinds) {
+        json changed = whole;
+        changed[at] = value;
+        SCOPED_TRACE(changed.dump());
+        check_import(import_hostile(changed.dump(), seed));
+        if (HasFailure()) return;
+      }
+    }
+  }
+}
+
+TEST_P(HostileInput, EveryFieldMayBeMissing) {
+  const Seed& seed = GetParam();
+  const json whole = json::parse(seed.text);
+  const json fields = whole.flatten();
+  for (const auto& [pointer, old] : fields.items()) {
+    for (json::json_pointer at(pointer); !at.empty(); at.pop_back()) {
+      json changed = whole;
+      json& parent = changed[at.parent_pointer()];
+      if (parent.is_object()) {
+        parent.erase(at.back());
+      } else {
+        parent.erase(std::stoul(at.back()));
+      }
+      SCOPED_TRACE(changed.dump());
+      check_import(import_hostile(changed.dump(), seed));
+    }
+  }
+}
+
+TEST_P(HostileInput, EveryByteMayChange) {
+  const Seed& seed = GetParam();
+  for (std::size_t i = 0; i < seed.text.size(); ++i) {
+    for (const char c : {'\0', '\xFF', '"', '9', '{', ']'}) {
+      std::string changed(seed.text);
+      changed[i] = c;
+      check_import(import_hostile(changed, seed));
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, HostileInput, testing::ValuesIn(kSeeds),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(HostileInput, DeepNestingIsRefusedNotFollowed) {
+  for (const char* file_name : {"a.fctb", "a.fctl", "a.fcholder", "a.json"}) {
+    for (const char* open : {"[", "{\"a\":"}) {
+      std::string text;
+      for (int i = 0; i < 100000; ++i) text += open;
+      const ImportResult result = import_text(text, file_name);
+      const auto& notes = result.notes.empty() ? result.entries.at(0).notes : result.notes;
+      ASSERT_EQ(notes.size(), 1U);
+      EXPECT_EQ(notes[0].kind, NoteKind::kFailed);
+      EXPECT_LT(notes[0].text.size(), 300U);
+    }
+  }
+}
+
+TEST(HostileInput, AnUnknownFormatIsOneFailure) {
+  const ImportResult result = import_text("solid cube", "cube.stl");
+  EXPECT_TRUE(result.format.empty());
+  ASSERT_EQ(result.notes.size(), 1U);
+  EXPECT_EQ(result.notes[0].kind, NoteKind::kFailed);
+}
+
+TEST(FindImportFormat, ContentDecidesWhereTheNameSaysOtherwise) {
+  EXPECT_EQ(find_import_format("mine.txt", kSeeds[0].text)->name, "freecad-bit");
+  EXPECT_EQ(find_import_format("a.JSON", kSeeds[4].text)->name, "fusion");
+  EXPECT_EQ(find_import_format("a.tools", kSeeds[4].text)->name, "fusion");
+  EXPECT_EQ(find_import_format("a.json", kSeeds[0].text)->name, "freecad-bit");
+  EXPECT_EQ(find_import_format("a.fctb", "")->name, "freecad-bit");
+  EXPECT_EQ(find_import_format("a.txt", "hello"), nullptr);
+}
+
+}  // namespace
+}  // namespace tooldb
