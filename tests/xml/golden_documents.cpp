@@ -70,19 +70,19 @@ std::string every_cutting_tool() {
   return xml_of(tool, kGoldenPaths);
 }
 
-std::string every_tool() {
+std::string tools() {
   std::string text;
   append_document_header(text, 7);
-  for (const TypeName& type : kToolTypes) {
-    tdbTool tool("T", type.code);
-    tool.SetName(std::string(type.name));
-    tool.SetSubType(type.code);
-    tool.SetUnitOfMeasurement(type.code % 2);
-    tool.SetOffset(number_of(type.code), number_of(type.code + 1), number_of(type.code + 2));
-    tool.SetToolModelTolerance(number_of(type.code + 3));
-    tool.SetTraceColor(type.code);
-    tool.SetPos(join_zyx({0, 90, type.code * 10.0}, {1, 2, 3}));
-    tool.AddOffsetParam({type.code, number_of(2), number_of(5), number_of(8), -0.5, -2, true});
+  for (const int type : {0, 3, 8}) {
+    tdbTool tool("T", type);
+    tool.SetName("type " + std::to_string(type));
+    tool.SetSubType(type);
+    tool.SetUnitOfMeasurement(type % 2);
+    tool.SetOffset(number_of(type), number_of(type + 1), number_of(type + 2));
+    tool.SetToolModelTolerance(number_of(type + 3));
+    tool.SetTraceColor(type);
+    tool.SetPos(join_zyx({0, 90, type * 10.0}, {1, 2, 3}));
+    tool.AddOffsetParam({type, number_of(2), number_of(5), number_of(8), -0.5, -2, true});
     tool.WriteXml(text, kGoldenPaths);
   }
   append_document_footer(text);
@@ -114,9 +114,7 @@ std::string assembly() {
   auto* use = new tdbToolComponent(0, "used", "K-1");
   holder->AddItem(use);
   use->SetVersion(3);
-  for (const tdbItem* member : {golden_shelf().Finder()("K-1")->GetItem(0)}) {
-    use->AddItem(member->Clone());
-  }
+  use->AddItem(golden_shelf().Finder()("K-1")->GetItem(0)->Clone());
   auto* member = dynamic_cast<tdbCompositeItem*>(use->GetItem(0));
   hang<tdbToolHolder>(*member, 7, 0, "on a member");
   hang<tdbToolHolder>(*use, 8, 0, "on the use");
@@ -216,7 +214,7 @@ const std::vector<GoldenDocument> kGoldenDocuments = {
     {"new_turning_tool", DocumentKind::kTool, new_tool<3>},
     {"milling_conditions", DocumentKind::kTool, milling_conditions},
     {"turning_conditions", DocumentKind::kTool, turning_conditions},
-    {"every_tool", DocumentKind::kTools, every_tool},
+    {"tools", DocumentKind::kTools, tools},
     {"every_cutter", DocumentKind::kTool, every_type<tdbToolCutter, kCutterTypes>},
     {"every_shank", DocumentKind::kTool, every_type<tdbToolShank, kShankTypes>},
     {"every_holder", DocumentKind::kTool, every_type<tdbToolHolder, kHolderTypes>},

@@ -1,17 +1,11 @@
 // The writer against the format's own templates, filled in by snprintf.
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdarg>
 #include <cstdio>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "geom/euler_angles.h"
-#include "tooldb/tool.h"
-#include "tooldb/tool_parts.h"
+#include "tests/xml/golden_documents.h"
 #include "tooldb/xml/document.h"
 
 namespace tooldb {
@@ -24,13 +18,6 @@ __attribute__((format(printf, 1, 2))) std::string filled(const char* format, ...
   const int size = std::vsnprintf(text.data(), text.size(), format, values);
   va_end(values);
   return {text.data(), static_cast<std::size_t>(size)};
-}
-
-template <class Item>
-std::string xml_of(const Item& item, const std::vector<std::string>& paths = {}) {
-  std::string text;
-  item.WriteXml(text, paths);
-  return text;
 }
 
 // What all parts below carry: position (1, -2.5, 1e-7), angles 30, 90 and 0, two parameters, the
@@ -228,80 +215,12 @@ TEST(WriterTemplates, ComponentAsUseAndAsDefinition) {
                                    xml_of(*component.GetItem(0)) + "</TOOLCOMPONENT>\n");
 }
 
-// The conditions of a new tool, from the templates and the listed defaults.
-constexpr char kMillingConditions[] =
-    "<CUTCOND VER=\"4\">\n<CUTCOND_PARAMS>\n<NUMBER_OF_INSERT>4</NUMBER_OF_INSERT>\n"
-    "<RAKE_ANGLE>0</RAKE_ANGLE>\n<APPROACH_ANGLE>90</APPROACH_ANGLE>\n<DC>10</DC>\n<DI>0</DI>\n"
-    "<AP>2</AP>\n<TOOL_MODEL_ACCURACY_LINEAR_TOL>1</TOOL_MODEL_ACCURACY_LINEAR_TOL>\n"
-    "<TOOL_MODEL_ACCURACY_ANGULAR_TOL>20</TOOL_MODEL_ACCURACY_ANGULAR_TOL>\n"
-    "<SAMPLES_OFFSET>0.0025</SAMPLES_OFFSET>\n<STEP_SIZE_OF_SAMPLING>5</STEP_SIZE_OF_SAMPLING>\n"
-    "<DATA_REC>FALSE</DATA_REC>\n</CUTCOND_PARAMS>\n<VERIFY_CUTCOND NUMBER_OF_SAMPLES=\"10\">\n"
-    "<VERIFY_AP ENABLE=\"FALSE\"></VERIFY_AP>\n"
-    "<VERIFY_CHIP_THICKNESS ENABLE=\"FALSE\" MAX=\"0.200000\" AVERAGE=\"0.200000\">"
-    "</VERIFY_CHIP_THICKNESS>\n"
-    "<VERIFY_FEED ENABLE=\"FALSE\" MIN=\"0.000000\" MAX=\"30000.000000\"></VERIFY_FEED>\n"
-    "<VERIFY_SPINDLE ENABLE=\"FALSE\" MIN=\"0.000000\" MAX=\"20000.000000\"></VERIFY_SPINDLE>\n"
-    "<VERIFY_POWER ENABLE=\"FALSE\" MAX=\"20.000000\" AVERAGE=\"20.000000\"></VERIFY_POWER>\n"
-    "<VERIFY_TORQUE ENABLE=\"FALSE\" MAX=\"20.000000\" AVERAGE=\"20.000000\"></VERIFY_TORQUE>\n"
-    "<VERIFY_VOLUME_RATE ENABLE=\"FALSE\" MAX=\"70.000000\" AVERAGE=\"50.000000\">"
-    "</VERIFY_VOLUME_RATE>\n"
-    "<VERIFY_PENETRATION_ANGLE ENABLE=\"FALSE\" MAX=\"10.000000\"></VERIFY_PENETRATION_ANGLE>\n"
-    "</VERIFY_CUTCOND>\n<OPTIMIZE_CUTCOND>\n<OPTIMIZATION_CRITERION>0</OPTIMIZATION_CRITERION>\n"
-    "<OPTIMIZE_CHIP_THICKNESS ENABLE_OPT=\"FALSE\" OPTIMAL=\"0.100000\" LIMIT=\"FALSE\" "
-    "MAX=\"0.200000\"  ></OPTIMIZE_CHIP_THICKNESS>\n"
-    "<OPTIMIZE_FEED_AIRCUT MAX=\"40000.000000\"></OPTIMIZE_FEED_AIRCUT>\n"
-    "<OPTIMIZE_FEED_INCUT LIMIT=\"TRUE\" MAX=\"20000.000000\"></OPTIMIZE_FEED_INCUT>\n"
-    "<OPTIMIZE_FEED_MAX_FEED_PROGRAMMED LIMIT=\"TRUE\" MAX=\"1.200000\">"
-    "</OPTIMIZE_FEED_MAX_FEED_PROGRAMMED>\n"
-    "<OPTIMIZE_FEED_MIN_FEED_PROGRAMMED LIMIT=\"TRUE\" MAX=\"0.500000\">"
-    "</OPTIMIZE_FEED_MIN_FEED_PROGRAMMED>\n"
-    "<OPTIMIZE_SAFE_DISTANCE_FEED_AIRCUT MAX=\"0.000000\"></OPTIMIZE_SAFE_DISTANCE_FEED_AIRCUT>\n"
-    "<OPTIMIZE_POWER ENABLE_OPT=\"FALSE\" OPTIMAL=\"5.000000\" LIMIT=\"FALSE\" MAX=\"20.000000\"  >"
-    "</OPTIMIZE_POWER>\n"
-    "<OPTIMIZE_TORQUE ENABLE_OPT=\"FALSE\" OPTIMAL=\"5.000000\" LIMIT=\"FALSE\" "
-    "MAX=\"20.000000\"  ></OPTIMIZE_TORQUE>\n"
-    "<OPTIMIZE_VOLUME_RATE ENABLE_OPT=\"FALSE\" OPTIMAL=\"50.000000\" LIMIT=\"FALSE\" "
-    "MAX=\"70.000000\"  ></OPTIMIZE_VOLUME_RATE>\n</OPTIMIZE_CUTCOND>\n</CUTCOND>\n";
-
-constexpr char kTurningConditions[] =
-    "<CUTCOND VER=\"0\">\n<CUTCOND_PARAMS>\n<APPROACH_ANGLE>90</APPROACH_ANGLE>\n"
-    "<CORNER_RADIUS>1</CORNER_RADIUS>\n<AP>2</AP>\n"
-    "<STEP_SIZE_OF_SAMPLING>5</STEP_SIZE_OF_SAMPLING>\n<DATA_REC>FALSE</DATA_REC>\n"
-    "</CUTCOND_PARAMS>\n<VERIFY_CUTCOND NUMBER_OF_SAMPLES=\"10\">\n"
-    "<VERIFY_AP ENABLE=\"FALSE\"></VERIFY_AP>\n"
-    "<VERIFY_CHIP_THICKNESS ENABLE=\"FALSE\" MAX=\"0.200000\" AVERAGE=\"0.200000\">"
-    "</VERIFY_CHIP_THICKNESS>\n"
-    "<VERIFY_CHIP_WIDTH ENABLE=\"FALSE\" MAX=\"0.200000\" AVERAGE=\"0.200000\">"
-    "</VERIFY_CHIP_WIDTH>\n"
-    "<VERIFY_CHIP_SECTION ENABLE=\"FALSE\" MAX=\"0.040000\" AVERAGE=\"0.040000\">"
-    "</VERIFY_CHIP_SECTION>\n"
-    "<VERIFY_FEED ENABLE=\"FALSE\" MIN=\"0.000000\" MAX=\"30000.000000\"></VERIFY_FEED>\n"
-    "<VERIFY_SPINDLE ENABLE=\"FALSE\" MIN=\"0.000000\" MAX=\"20000.000000\"></VERIFY_SPINDLE>\n"
-    "<VERIFY_POWER ENABLE=\"FALSE\" MAX=\"20.000000\" AVERAGE=\"20.000000\"></VERIFY_POWER>\n"
-    "<VERIFY_ROUGHNESS_DEPTH ENABLE=\"FALSE\" MAX=\"100.000000\" AVERAGE=\"100.000000\">"
-    "</VERIFY_ROUGHNESS_DEPTH>\n"
-    "<VERIFY_VOLUME_RATE ENABLE=\"FALSE\" MAX=\"70.000000\" AVERAGE=\"50.000000\">"
-    "</VERIFY_VOLUME_RATE>\n"
-    "</VERIFY_CUTCOND>\n<OPTIMIZE_CUTCOND>\n<OPTIMIZATION_CRITERION>0</OPTIMIZATION_CRITERION>\n"
-    "<OPTIMIZE_CHIP_THICKNESS ENABLE_OPT=\"FALSE\" OPTIMAL=\"0.100000\" LIMIT=\"FALSE\" "
-    "MAX=\"0.200000\"  ></OPTIMIZE_CHIP_THICKNESS>\n"
-    "<OPTIMIZE_CHIP_WIDTH ENABLE_OPT=\"FALSE\" OPTIMAL=\"0.100000\" LIMIT=\"FALSE\" "
-    "MAX=\"0.200000\"  ></OPTIMIZE_CHIP_WIDTH>\n"
-    "<OPTIMIZE_CHIP_SECTION ENABLE_OPT=\"FALSE\" OPTIMAL=\"0.010000\" LIMIT=\"FALSE\" "
-    "MAX=\"0.040000\"  ></OPTIMIZE_CHIP_SECTION>\n"
-    "<OPTIMIZE_FEED_AIRCUT MAX=\"40000.000000\"></OPTIMIZE_FEED_AIRCUT>\n"
-    "<OPTIMIZE_FEED_INCUT LIMIT=\"TRUE\" MAX=\"20000.000000\"></OPTIMIZE_FEED_INCUT>\n"
-    "<OPTIMIZE_FEED_MAX_FEED_PROGRAMMED LIMIT=\"TRUE\" MAX=\"1.200000\">"
-    "</OPTIMIZE_FEED_MAX_FEED_PROGRAMMED>\n"
-    "<OPTIMIZE_FEED_MIN_FEED_PROGRAMMED LIMIT=\"TRUE\" MAX=\"0.500000\">"
-    "</OPTIMIZE_FEED_MIN_FEED_PROGRAMMED>\n"
-    "<OPTIMIZE_SAFE_DISTANCE_FEED_AIRCUT MAX=\"0.000000\"></OPTIMIZE_SAFE_DISTANCE_FEED_AIRCUT>\n"
-    "<OPTIMIZE_POWER ENABLE_OPT=\"FALSE\" OPTIMAL=\"5.000000\" LIMIT=\"FALSE\" MAX=\"20.000000\"  >"
-    "</OPTIMIZE_POWER>\n"
-    "<OPTIMIZE_ROUGHNESS_DEPTH ENABLE_OPT=\"FALSE\" OPTIMAL=\"50.000000\" LIMIT=\"FALSE\" "
-    "MAX=\"100.000000\"  ></OPTIMIZE_ROUGHNESS_DEPTH>\n"
-    "<OPTIMIZE_VOLUME_RATE ENABLE_OPT=\"FALSE\" OPTIMAL=\"50.000000\" LIMIT=\"FALSE\" "
-    "MAX=\"70.000000\"  ></OPTIMIZE_VOLUME_RATE>\n</OPTIMIZE_CUTCOND>\n</CUTCOND>\n";
+// The conditions of a new tool: what stands behind the length option of a kept document.
+std::string conditions_in(const char* document) {
+  const std::string text = golden_bytes(document);
+  const auto begin = text.find("<CUTCOND ");
+  return text.substr(begin, text.rfind("</TOOL>") - begin);
+}
 
 constexpr char kToolStart[] =
     "<TOOL NAME=\"%s\" POSX=\"%g\" POSY=\"%g\" POSZ=\"%g\" RZ=\"%g\" RY=\"%g\" RX=\"%g\" "
@@ -312,7 +231,7 @@ constexpr char kToolStart[] =
 struct ToolTypeCase {
   int code;
   const char* name;
-  const char* conditions = kMillingConditions;
+  const char* conditions = "new_milling_tool";
 };
 
 TEST(WriterTemplates, NewToolsOfEveryType) {
@@ -320,13 +239,13 @@ TEST(WriterTemplates, NewToolsOfEveryType) {
                                {0, "MILL"},
                                {1, "DRILL"},
                                {2, "PROBE"},
-                               {3, "TURNING", kTurningConditions},
+                               {3, "TURNING", "new_turning_tool"},
                                {4, "PROBE"},
                                {5, "TAP"},
                                {6, "DISC"},
                                {7, "FACE_MILLING"},
                                {8, "SHOULDER_MILLING"},
-                               {9, "BORE", kTurningConditions},
+                               {9, "BORE", "new_turning_tool"},
                                {10, "PROBE"}};
   for (const ToolTypeCase& row : rows)
     EXPECT_EQ(
@@ -335,7 +254,7 @@ TEST(WriterTemplates, NewToolsOfEveryType) {
                13, 0.1, row.name, "19", "TRUE", "MM", "MILL", "TRUE", "FALSE", "0", "180") +
             "<DESCR></DESCR>\n<COMMENT></COMMENT>\n"
             "<TOOL_LENGHT_OPT  STEP=\"0.100000\" MAX=\"1.000000\">FALSE</TOOL_LENGHT_OPT>" +
-            row.conditions + "</TOOL>\n");
+            conditions_in(row.conditions) + "</TOOL>\n");
 }
 
 TEST(WriterTemplates, AToolWithEverythingSet) {
@@ -376,7 +295,7 @@ TEST(WriterTemplates, AToolWithEverythingSet) {
                 "<OFFSET_PARAM  NUM=\"8\" DX=\"0.000000\" DY=\"0.000000\" DZ=\"0.000000\" "
                 "RAD=\"0.000000\" POS=\"0\" ABS=\"0\"></OFFSET_PARAM>"
                 "<TOOL_LENGHT_OPT  STEP=\"0.250000\" MAX=\"2.000000\">TRUE</TOOL_LENGHT_OPT>" +
-                kMillingConditions + "</TOOL>\n");
+                conditions_in("new_milling_tool") + "</TOOL>\n");
 }
 
 TEST(WriterTemplates, InterferenceReplacesItsArgument) {

@@ -4,6 +4,7 @@
 
 #include "tooldb/model/text.h"
 #include "tooldb/model/tree_walk.h"
+#include "tooldb/tool_parts.h"
 
 namespace tooldb {
 namespace {
@@ -23,6 +24,12 @@ tdbCompositeItem* found_in(const Map& map, const Key& key) {
   return found == map.end() ? nullptr : found->second;
 }
 
+// True for an item whose element holds what hangs in it: nothing outside the element can.
+bool is_closed(const tdbItem& item) {
+  return dynamic_cast<const tdbCuttingTool*>(&item) != nullptr ||
+         (dynamic_cast<const tdbToolComponent*>(&item) != nullptr && item.IsComponent());
+}
+
 }  // namespace
 
 Assembly::Assembly(tdbCompositeItem& root) : root_(root) { Register(root); }
@@ -34,7 +41,7 @@ tdbCompositeItem* Assembly::FindParent(const std::string& parent, const Scope& s
   }
   // A tree is listed parents first, so a parent is one of those that the last item hangs in.
   for (tdbItem* i = scope.last; i != nullptr && i != &scope.owner; i = i->GetParent()) {
-    if (i->GetName() != parent || (i->IsComponent() && !scope.members)) continue;
+    if (i->GetName() != parent || (i->IsComponent() && !scope.members) || is_closed(*i)) continue;
     if (auto* group = dynamic_cast<tdbCompositeItem*>(i)) return group;
   }
   if (parent == scope.owner.GetName()) return &scope.owner;
@@ -62,8 +69,8 @@ void Assembly::Add(std::unique_ptr<tdbItem> item, tdbCompositeItem& parent, Scop
   Register(*added);
   auto* group = dynamic_cast<tdbCompositeItem*>(added);
   if (group == nullptr) return;
-  if (scope.members || !added->IsComponent()) scope.by_name[added->GetName()] = group;
-  if (!added->IsComponent()) by_name_[added->GetName()] = group;
+  if (!is_closed(*added)) scope.by_name[added->GetName()] = group;
+  if (added->IsComponent() == root_.IsComponent()) by_name_[added->GetName()] = group;
 }
 
 void Assembly::AddMembers(tdbCompositeItem& user, const tdbCompositeItem& component) {

@@ -19,7 +19,8 @@ struct Scope {
   tdbCompositeItem& owner;
   bool members = false;     ///< the items are members of a library component
   tdbItem* last = nullptr;  ///< the item read last
-  std::unordered_map<std::string, tdbCompositeItem*> by_name = {};  ///< the last of each name
+  /// The last item of each name whose element is open to what follows it.
+  std::unordered_map<std::string, tdbCompositeItem*> by_name = {};
 };
 
 /// The tree of one entry while it is read.
@@ -31,7 +32,8 @@ class Assembly {
   /// The item that a PARENT text means; null when there is none. An empty text, or the name of the
   /// scope's owner, is the owner. A text that begins with a separator is the chain of names down
   /// to a member of a component. Any other is the name of an item that is no member: the nearest
-  /// of those that the item read last hangs in, else the one read last.
+  /// of those that the item read last hangs in, else the one read last. Cutting tools and nested
+  /// definitions hold what hangs in them; outside of them only older files name them.
   tdbCompositeItem* FindParent(const std::string& parent, const Scope& scope) const;
 
   /// False when the tree would become deeper than 100 items.
