@@ -5,6 +5,7 @@
 #include <cmath>
 #include <random>
 
+#include "tests/geom/polyline_distance.h"
 #include "tests/geom/row_name.h"
 
 namespace tooldb {
@@ -81,16 +82,6 @@ TEST(SimplifyDrift, TurnsAddUpAsPointsGo) {
   EXPECT_EQ(again, circle);
 }
 
-double distance_to(Vec2 p, const Polyline& line) {
-  double best = HUGE_VAL;
-  for (std::size_t i = 1; i < line.size(); ++i) {
-    for (int k = 0; k <= 1000; ++k) {
-      best = std::min(best, distance(p, line[i - 1] + (k / 1000.0) * (line[i] - line[i - 1])));
-    }
-  }
-  return best;
-}
-
 TEST(ThinOut, StaysWithinItsToleranceOfEveryPoint) {
   std::mt19937 random(7);
   std::uniform_real_distribution<double> noise(-0.2, 0.2);
@@ -100,7 +91,7 @@ TEST(ThinOut, StaysWithinItsToleranceOfEveryPoint) {
     const Polyline thin = thin_out(points, tolerance);
     EXPECT_EQ(thin.front(), points.front());
     EXPECT_EQ(thin.back(), points.back());
-    for (Vec2 p : points) EXPECT_LE(distance_to(p, thin), tolerance + 0.05) << tolerance;
+    for (Vec2 p : points) EXPECT_LE(distance_to_line(p, thin), tolerance + 1e-12) << tolerance;
   }
   EXPECT_LT(thin_out(points, 0.5).size(), 30U);
   EXPECT_EQ(thin_out(points, 100), (Polyline{points.front(), points.back()}));

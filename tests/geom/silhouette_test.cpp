@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <tbb/global_control.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -11,6 +12,7 @@
 #include "geom/euler_angles.h"
 #include "geom/revolve.h"
 #include "geom/transform.h"
+#include "tests/geom/polyline_distance.h"
 #include "tests/geom/row_name.h"
 
 namespace tooldb {
@@ -27,16 +29,6 @@ double true_radius(const Mesh& mesh, double z) {
       const Vec3 at = p + ((z - p.z) / (q.z - p.z)) * (q - p);
       best = std::max(best, std::hypot(at.x, at.y));
     }
-  }
-  return best;
-}
-
-double distance_to(Vec2 p, const Polyline& line) {
-  double best = std::numeric_limits<double>::infinity();
-  for (std::size_t i = 1; i < line.size(); ++i) {
-    const Vec2 along = line[i] - line[i - 1];
-    const double t = std::clamp(dot(p - line[i - 1], along) / dot(along, along), 0.0, 1.0);
-    best = std::min(best, distance(p, line[i - 1] + t * along));
   }
   return best;
 }
@@ -161,7 +153,7 @@ TEST_P(Silhouette, LiesWithinToleranceOfTheTrueOne) {
       const double z = low + (high - low) * (i + 0.5) / 200;
       const double radius = true_radius(mesh, z);
       if (radius < 0) continue;
-      const double away = distance_to({radius, z}, line);
+      const double away = distance_to_line({radius, z}, line);
       const bool inside = outline_radius(line, z) < radius;
       EXPECT_LE(away, inside ? 0.3 * tolerance : tolerance) << tolerance << " at " << z;
     }
