@@ -18,6 +18,7 @@ class CodeWatcher {
   /// An object has one watcher at a time; a copy of it has none.
   void Watch(tdbObject& object) { object.watcher_ = this; }
   static void Unwatch(tdbObject& object) { object.watcher_ = nullptr; }
+  bool IsWatching(const tdbObject& object) const { return object.watcher_ == this; }
 };
 
 }  // namespace tooldb

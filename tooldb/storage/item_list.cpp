@@ -19,10 +19,6 @@ ItemList::Item* ItemList::At(int position) const {
   return position < 0 || index >= slots_.size() ? nullptr : slots_[index].item.get();
 }
 
-bool ItemList::Holds(const Item& item) const {
-  return std::ranges::any_of(slots_, [&](const Slot& slot) { return slot.item.get() == &item; });
-}
-
 std::vector<ItemList::Item*> ItemList::Snapshot() const {
   std::vector<Item*> items;
   items.reserve(slots_.size());
@@ -44,12 +40,12 @@ void ItemList::Append(Item& item) {
 
 void ItemList::MoveToEnd(const Item& item) {
   const auto slot = Find(item);
-  if (slot != slots_.end()) std::rotate(slot, slot + 1, slots_.end());
+  std::rotate(slot, slot + 1, slots_.end());
 }
 
 std::unique_ptr<ItemList::Item> ItemList::Take(const Item& item) {
+  if (!Holds(item)) return nullptr;
   const auto slot = Find(item);
-  if (slot == slots_.end()) return nullptr;
   std::unique_ptr<Item> taken = std::move(slot->item);
   Unwatch(*taken);
   by_comparable_code_.erase(slot->entry);

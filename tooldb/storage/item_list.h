@@ -27,12 +27,13 @@ class ItemList final : private CodeWatcher {
   std::size_t Size() const { return slots_.size(); }
   /// Null when out of range.
   Item* At(int position) const;
-  bool Holds(const Item& item) const;
+  bool Holds(const Item& item) const { return IsWatching(item); }
   /// All items as they are listed now.
   std::vector<Item*> Snapshot() const;
 
   /// Takes the item over when it returns; when it raises, the list is as before.
   void Append(Item& item);
+  /// Moves a listed item.
   void MoveToEnd(const Item& item);
   /// Hands the item back; null when it is not listed. Never raises.
   std::unique_ptr<Item> Take(const Item& item);
@@ -57,6 +58,7 @@ class ItemList final : private CodeWatcher {
   using Slots = std::deque<Slot>;
 
   void OnCodeChange(tdbObject& object, const std::string& code) override;
+  /// The place of a listed item.
   Slots::iterator Find(const tdbObject& item);
   template <class Accept>
   Item* FirstWithKey(const std::string& key, Accept&& accept) const;
