@@ -208,6 +208,19 @@ TEST_P(Faults, AFailingDiskLosesNothing) {
   }
 }
 
+TEST(FaultsOfAdding, NoFailingCallLetsAStoredToolBeOverwritten) {
+  for (int n = 1;; ++n) {
+    World world;
+    const Files before = world.scratch.Files();
+    FaultyFileSystem disk;
+    const ScopedFileSystem use(disk);
+    disk.Let([=](const FileCall& call) { return call.number == n; });
+    EXPECT_FALSE(world.Add(make_tool("T2", "another"), false)) << "call " << n;
+    EXPECT_EQ(world.scratch.Files(), before) << "call " << n;
+    if (disk.Calls() < n) return;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Operations, Faults, testing::ValuesIn(kOperations), row_name<Operation>);
 
 struct Damage {
