@@ -113,20 +113,19 @@ bool Library::Reload(const std::vector<std::string>& codes) {
   Log(kind_.reload, folder_path_);
   if (owner_.IsMemoryOnly()) return true;
   if (!Available()) return false;
-  std::vector<std::string> names;
-  for (const std::string& code : codes) names.push_back(NameForCode(code));
-  if (codes.empty()) {
-    auto stored = StoredNames();
-    if (!stored) return false;
-    names = *std::move(stored);
-  }
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    std::unique_ptr<LibraryItem> item = ReadForList(names[i]);
-    if (item == nullptr) continue;
-    const std::string code = codes.empty() ? item->GetCode() : codes[i];
-    PutInPlace(code, std::move(item));
-  }
+  for (const std::string& code : codes) ReloadFile(NameForCode(code), code);
+  return !codes.empty() || ReloadAll();
+}
+
+bool Library::ReloadAll() {
+  const auto names = StoredNames();
+  if (!names) return false;
+  for (const std::string& name : *names) ReloadFile(name, CodeOf(name));
   return true;
+}
+
+void Library::ReloadFile(const std::string& name, const std::string& code) {
+  if (auto item = ReadForList(name)) PutInPlace(code, std::move(item));
 }
 
 void Library::AdoptFolder(const Library& other) {

@@ -34,7 +34,7 @@ void ModelFileCopies::CopyFor(tdbItem& item) {
 std::string ModelFileCopies::CopyOf(const std::string& source) {
   const std::string bytes = file_system().Read(source);
   for (int n = 1;; ++n) {
-    const std::string target = folder_ + '/' + candidate_name(source, n);
+    std::string target = folder_ + '/' + candidate_name(source, n);
     if (!file_system().IsFile(target)) {
       tdbFileUtil::write_file(target, bytes);
       return target;

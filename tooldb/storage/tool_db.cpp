@@ -209,7 +209,7 @@ void tdbToolDB::LinkToolComponents(tdbToolComponentsDB* db) {
 void tdbToolDB::LoadToolComponent(tdbToolComponent* component) {
   impl_->Guarded([&] {
     if (component == nullptr) return;
-    const std::string code = component->GetCode();
+    const std::string& code = component->GetCode();
     Log("Load component code: " + code);
     tdbToolComponentsDB* const components = impl_->link.Get();
     if (components == nullptr) return;
@@ -236,7 +236,7 @@ void tdbToolDB::BeforeDeleteComponent(void* db, tdbToolComponent* component) {
   if (db == nullptr || component == nullptr) return;
   Impl& impl = *static_cast<tdbToolDB*>(db)->impl_;
   impl.Guarded([&] {
-    const std::string code = component->GetCode();
+    const std::string& code = component->GetCode();
     for (tooldb::LibraryItem* tool : impl.GetLibrary().List().Snapshot()) {
       tooldb::remove_uses(*tool, code);
     }
