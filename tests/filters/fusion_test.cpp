@@ -193,7 +193,7 @@ TEST(FusionLibrary, RealMillsAreAllThere) {
     EXPECT_FALSE(has_note(entry, NoteKind::kApproximated, "drawn as a cylinder")) << entry.source;
     EXPECT_FALSE(has_note(entry, NoteKind::kApproximated, "assemblyGaugeLength")) << entry.source;
   }
-  EXPECT_EQ(tools, 25);
+  EXPECT_EQ(tools, 21);
   EXPECT_EQ(components, 7);
 }
 
@@ -218,7 +218,7 @@ TEST(FusionLibrary, EveryRealCutterHasItsDiameterLengthAndTeeth) {
     }
     ++compared;
   }
-  EXPECT_EQ(compared, 25);
+  EXPECT_EQ(compared, 21);
 }
 
 TEST(FusionLibrary, PresetsAreKeptAndTheFirstOneIsUsed) {
