@@ -163,7 +163,8 @@ void EntryScanner::SkipBrokenEntry(const MarkupError& fault) {
       scanner_.MoveTo(at);
       const Tag found = scanner_.Next();
       const bool root_end = in_root_ && is_name(found.name, tag::kRoot);
-      if (found.kind == Tag::Kind::kEndOfText || root_end || BeginsEntry(found)) {
+      ended_ = found.kind == Tag::Kind::kEndOfText;
+      if (root_end || BeginsEntry(found)) {
         scanner_.MoveTo(found.begin);
         return;
       }

@@ -111,14 +111,15 @@ Tag MarkupScanner::ReadStartTag(Tag tag, std::size_t at) const {
       throw MarkupError{tag.begin, tag.begin + 1, "more than 256 attributes" + in_tag(tag.name)};
     }
     const std::size_t next = AfterAttribute(at);
-    if (next == kNone)
-      throw MarkupError{at, tag.begin + 1, "a broken attribute" + in_tag(tag.name)};
+    if (next == kNone) {
+      throw MarkupError{tag.begin, tag.begin + 1, "a broken attribute" + in_tag(tag.name)};
+    }
     at = AfterBlanks(next);
   }
   tag.kind = Is(at, '/') ? Tag::Kind::kEmpty : Tag::Kind::kStart;
   if (tag.kind == Tag::Kind::kEmpty) ++at;
   if (!Is(at, '>')) {
-    throw MarkupError{at < text_.size() ? at : tag.begin, tag.begin + 1,
+    throw MarkupError{tag.begin, tag.begin + 1,
                       at < text_.size() ? "a stray character" + in_tag(tag.name)
                                         : "the tag " + shown_tag(tag.name) + " is not closed"};
   }
