@@ -33,7 +33,7 @@ std::unique_ptr<tdbTool> clone_as(const tdbTool& tool, const std::string& code) 
 }
 
 void run(const Options& options, Console& console) {
-  ToolFolder folder(options.folder, ToolFolder::Use::kWrite, console);
+  ToolFolder folder(options.folder, Use::kWrite, console);
   const auto tool = folder.ReadTool(options.code);
   auto clone = options.new_code.empty() ? clone_under_free_code(folder, *tool)
                                         : clone_as(*tool, options.new_code);

@@ -7,15 +7,18 @@ extern const Command kList;
 extern const Command kShow;
 extern const Command kAdd;
 extern const Command kImport;
+extern const Command kExport;
 extern const Command kSet;
 extern const Command kClone;
 extern const Command kRename;
 extern const Command kRemove;
+extern const Command kComponents;
 extern const Command kCompletion;
 
 std::span<const Command* const> commands() {
-  static constexpr const Command* kTable[] = {&kInit, &kList,  &kShow,   &kAdd,    &kImport,
-                                              &kSet,  &kClone, &kRename, &kRemove, &kCompletion};
+  static constexpr const Command* kTable[] = {&kInit,   &kList,   &kShow,       &kAdd,
+                                              &kImport, &kExport, &kSet,        &kClone,
+                                              &kRename, &kRemove, &kComponents, &kCompletion};
   return kTable;
 }
 

@@ -195,6 +195,10 @@ std::string shown_number(double value) {
   return text;
 }
 
+std::string counted(std::size_t count, std::string_view thing) {
+  return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
+}
+
 std::string lower_text(std::string_view text) {
   std::string lower(text);
   for (char& c : lower) {

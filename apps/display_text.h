@@ -28,6 +28,9 @@ std::string wrapped(std::string_view text, int width, int indent);
 /// digits themselves are readable.
 std::string shown_number(double value);
 
+/// "1 file", "2 files".
+std::string counted(std::size_t count, std::string_view thing);
+
 /// The file-independent form of names that people type: ASCII letters in lower case.
 std::string lower_text(std::string_view text);
 

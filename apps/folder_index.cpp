@@ -9,11 +9,8 @@ namespace tooldb {
 
 FolderIndex::FolderIndex(ToolFolder& folder) : folder_(folder) {
   for (const auto& tool : folder.ReadAll()) AddTool(*tool);
-  tdbToolComponentsDB* components = folder.Components();
-  if (components == nullptr) return;
-  for (int i = 0; i < components->GetCount(1); ++i) {
-    AddComponent(*components->GetToolComponent(i, 1));
-  }
+  if (folder.Components() == nullptr) return;
+  for (const tdbToolComponent* component : folder.Components()->All()) AddComponent(*component);
 }
 
 FolderIndex::Known* FolderIndex::FindTool(const std::string& code, const std::string& guid) {

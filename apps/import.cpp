@@ -17,7 +17,7 @@ struct Options {
 };
 
 void run(const Options& options, Console& console) {
-  const auto use = options.policy.dry_run ? ToolFolder::Use::kRead : ToolFolder::Use::kWrite;
+  const auto use = options.policy.dry_run ? Use::kRead : Use::kWrite;
   ToolFolder folder(options.folder, use, console);
   print_report(take_in(find_sources(options.files), folder, options.policy, console),
                options.report, console);

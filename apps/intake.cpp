@@ -19,6 +19,12 @@ std::string file_name_of(const std::string& path) {
   return std::filesystem::path(path).filename().string();
 }
 
+// What names an entry within its file.
+std::string source_within(const std::string& source, const SourceFile& file) {
+  const std::string prefix = file_name_of(file.path) + ": ";
+  return source.starts_with(prefix) ? source.substr(prefix.size()) : source;
+}
+
 class Taker {
  public:
   Taker(ToolFolder& folder, const IntakePolicy& policy)
@@ -27,7 +33,7 @@ class Taker {
   void TakeComponents(SourceFile& source, IntakeFile& report) {
     for (ImportEntry& entry : source.result.entries) {
       if (entry.component == nullptr) continue;
-      IntakeLine& line = AddLine(report, entry, true);
+      IntakeLine& line = AddLine(source, report, entry, true);
       Guarded(line, [&] { TakeComponent(source, entry, line); });
       entry.component.reset();
     }
@@ -36,7 +42,7 @@ class Taker {
   void TakeTools(SourceFile& source, IntakeFile& report) {
     for (ImportEntry& entry : source.result.entries) {
       if (entry.tool == nullptr) continue;
-      IntakeLine& line = AddLine(report, entry, false);
+      IntakeLine& line = AddLine(source, report, entry, false);
       Guarded(line, [&] { TakeTool(source, entry, line); });
     }
     if (source.kind == SourceKind::kForeign)
@@ -44,11 +50,12 @@ class Taker {
   }
 
  private:
-  static IntakeLine& AddLine(IntakeFile& report, ImportEntry& entry, bool is_component) {
+  static IntakeLine& AddLine(const SourceFile& source, IntakeFile& report, ImportEntry& entry,
+                             bool is_component) {
     const std::string& code = is_component ? entry.component->GetCode() : entry.tool->GetCode();
-    return report.lines.emplace_back(IntakeLine{Outcome::kRefused, is_component, code,
-                                                is_component ? "" : entry.tool->GetDescr(),
-                                                entry.source, "", std::move(entry.notes)});
+    return report.lines.emplace_back(IntakeLine{
+        Outcome::kRefused, is_component, code, is_component ? "" : entry.tool->GetDescr(),
+        source_within(entry.source, source), "", std::move(entry.notes)});
   }
 
   template <class F>
@@ -145,7 +152,7 @@ class Taker {
     const bool is_written = line.outcome == Outcome::kNew || line.outcome == Outcome::kUpdated;
     if (!is_written) return;
     index_.AddComponent(component);
-    if (!policy_.dry_run) folder_.WriteComponent(std::move(entry.component));
+    if (!policy_.dry_run) folder_.RequireComponents().Write(std::move(entry.component));
   }
 
   std::string CodeForContent(const std::string& code, const std::string& text) {
@@ -182,8 +189,8 @@ class Taker {
 void add_failed_entries(SourceFile& source, IntakeFile& report) {
   for (ImportEntry& entry : source.result.entries) {
     if (entry.tool != nullptr || entry.component != nullptr) continue;
-    report.lines.push_back(
-        {Outcome::kRefused, false, "", "", entry.source, "", std::move(entry.notes)});
+    report.lines.push_back({Outcome::kRefused, false, "", "", source_within(entry.source, source),
+                            "", std::move(entry.notes)});
   }
 }
 

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "apps/console.h"
+#include "apps/database_folder.h"
 #include "apps/display_text.h"
 #include "apps/tool_json.h"
 
@@ -70,12 +71,14 @@ Totals totals_of(const std::vector<IntakeFile>& files) {
 
 std::string summary(const std::vector<IntakeFile>& files) {
   const Totals totals = totals_of(files);
-  std::string text = fmt::format("{} files:", files.size());
+  std::string text = counted(files.size(), "file") + ':';
   for (std::size_t i = 0; i < kOutcomeNames.size(); ++i) {
     text += fmt::format(" {} {},", totals.outcomes[i], kOutcomeNames[i]);
   }
-  text += fmt::format(" {} missing; {} files could not be read, {} are no tool files\n",
-                      totals.missing, totals.refused_files, totals.other_files);
+  text += fmt::format(" {} missing", totals.missing);
+  if (totals.refused_files > 0) text += "; not read: " + counted(totals.refused_files, "file");
+  if (totals.other_files > 0) text += "; no tool files: " + counted(totals.other_files, "file");
+  text += '\n';
   return text;
 }
 
@@ -106,7 +109,8 @@ nlohmann::ordered_json file_json(const IntakeFile& file) {
 void print_errors(const std::vector<IntakeFile>& files, Console& console) {
   for (const IntakeFile& file : files) {
     for (const ImportNote& note : file.notes) {
-      if (note.kind == NoteKind::kFailed) console.Error(file.path + ": " + note.text);
+      if (note.kind != NoteKind::kFailed) continue;
+      console.Error(file_message(file.path, tdbError(1, note.text)));
     }
     for (const IntakeLine& line : file.lines) {
       if (line.outcome != Outcome::kRefused) continue;

@@ -79,7 +79,7 @@ std::string table_text(const Tools& tools, const Options& options, const Console
 nlohmann::ordered_json json_value(const std::optional<FieldValue>& value,
                                   std::optional<FieldKind> kind) {
   if (!value) return nullptr;
-  if (kind != FieldKind::kText && value->number) return *value->number;
+  if (kind != FieldKind::kText && value->number) return number_json(*value->number);
   return value->text;
 }
 
@@ -107,7 +107,7 @@ void check_names(const Options& options) {
 void run(const Options& options, Console& console) {
   check_names(options);
   const auto selected = tool_filter(options.where);
-  ToolFolder folder(options.folder, ToolFolder::Use::kRead, console);
+  ToolFolder folder(options.folder, Use::kRead, console);
   Tools tools = folder.ReadAll();
   std::erase_if(tools, [&](const auto& tool) { return !selected(*tool); });
   sort_tools(tools, options);
@@ -132,7 +132,7 @@ Action declare(CLI::App& app) {
                  "Width to fit the table to; 0: cut nothing; without it that of the terminal, else "
                  "80")
       ->type_name("N")
-      ->check(CLI::NonNegativeNumber);
+      ->check(CLI::Validator(CLI::NonNegativeNumber).description(""));
   return [options](Console& console) { run(*options, console); };
 }
 

@@ -25,7 +25,7 @@ void remove_tool(ToolFolder& folder, const std::string& code, Console& console) 
 }
 
 void run(const Options& options, Console& console) {
-  ToolFolder folder(options.folder, ToolFolder::Use::kWrite, console);
+  ToolFolder folder(options.folder, Use::kWrite, console);
   for (const auto& code : options.codes) {
     try {
       remove_tool(folder, code, console);

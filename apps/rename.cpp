@@ -16,7 +16,7 @@ struct Options {
 };
 
 void run(const Options& options, Console& console) {
-  ToolFolder folder(options.folder, ToolFolder::Use::kWrite, console);
+  ToolFolder folder(options.folder, Use::kWrite, console);
   const ToolToEdit edited = folder.ReadToEdit(options.code);
   edited.tool->SetCode(options.new_code);
   require_storable(*edited.tool);

@@ -22,17 +22,21 @@ void run(const Options& options, Console& console) {
   if (options.settings.empty() && options.unset.empty()) {
     throw UsageError("nothing to set: give KEY=VALUE or --unset KEY");
   }
-  ToolFolder folder(options.folder, ToolFolder::Use::kWrite, console);
+  ToolFolder folder(options.folder, Use::kWrite, console);
   const ToolToEdit edited = folder.ReadToEdit(options.code);
   tdbTool& tool = *edited.tool;
-  for (const auto& setting : options.settings) console.Note(apply_setting(tool, setting));
-  for (const auto& key : options.unset) console.Note(remove_setting(tool, key));
+  std::vector<std::string> changes;
+  for (const auto& setting : options.settings) changes.push_back(apply_setting(tool, setting));
+  for (const auto& key : options.unset) changes.push_back(remove_setting(tool, key));
   tool.SetModified(true);
   tool.Update();
   require_storable(tool);
-  if (options.dry_run) return console.Note("nothing was written");
-  if (!options.force) folder.CheckUnchanged(edited);
-  folder.Update(tool);
+  if (!options.dry_run) {
+    if (!options.force) folder.CheckUnchanged(edited);
+    folder.Update(tool);
+  }
+  for (const auto& change : changes) console.Note(change);
+  if (options.dry_run) console.Note("nothing was written");
 }
 
 Action declare(CLI::App& app) {

@@ -112,7 +112,7 @@ std::string tool_text(tdbTool& tool) {
 }
 
 void run(const Options& options, Console& console) {
-  ToolFolder folder(options.folder, ToolFolder::Use::kRead, console);
+  ToolFolder folder(options.folder, Use::kRead, console);
   const auto tool = folder.ReadTool(options.code);
   console.Print(options.json ? json_text(tool_json(*tool)) : tool_text(*tool));
   for (const tdbError& error : tool->GetErrs())

@@ -14,6 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// How the reader says that a document holds tools only, or components only.
+constexpr std::string_view kNoSuchElement = "there is no element <TOOL";
+
 // The byte order of paths puts "a-b" before "a/b": compare part by part.
 bool before(const fs::path& a, const fs::path& b) { return a < b; }
 
@@ -100,14 +103,17 @@ void add_entry(SourceFile& source, T* item, std::unique_ptr<T> ImportEntry::*pla
   source.result.entries.push_back(std::move(entry));
 }
 
+// The errors of reading one kind of element; that a document has none of it is no error.
 void take_errors(SourceFile& source, const std::vector<tdbError>& errors) {
-  for (const tdbError& error : errors) fail(source, text_of(error));
+  for (const tdbError& error : errors) {
+    if (error.message.find(kNoSuchElement) == std::string::npos) fail(source, text_of(error));
+  }
 }
 
 void read_component_file(SourceFile& source, ToolFolder& folder) {
   tdbError error;
   auto* component = tdbXmlReader::ReadToolComponent(source.path.c_str(), search_paths_of(source),
-                                                    error, folder.Components());
+                                                    error, folder.ComponentsDatabase());
   if (component == nullptr) return fail(source, text_of(error));
   add_entry(source, component, &ImportEntry::component);
 }
@@ -117,7 +123,7 @@ void read_document(SourceFile& source, ToolFolder& folder, std::unique_ptr<T> Im
   std::vector<T*> items;
   std::vector<tdbError> errors;
   tdbXmlReader::ImportFromFile(source.path.c_str(), search_paths_of(source), items, errors,
-                               folder.Components());
+                               folder.ComponentsDatabase());
   for (T* item : items) add_entry(source, item, place);
   take_errors(source, errors);
 }
@@ -125,7 +131,7 @@ void read_document(SourceFile& source, ToolFolder& folder, std::unique_ptr<T> Im
 void read_tool_file(SourceFile& source, ToolFolder& folder) {
   tdbError error;
   auto* tool = tdbXmlReader::ReadTool(source.path.c_str(), search_paths_of(source), error,
-                                      folder.Components());
+                                      folder.ComponentsDatabase());
   if (tool == nullptr) return fail(source, text_of(error));
   add_entry(source, tool, &ImportEntry::tool);
 }

@@ -8,44 +8,6 @@
 #include "tooldb/xml_reader.h"
 
 namespace tooldb {
-namespace {
-
-constexpr std::string_view kComponentsFolder = "components";
-
-std::string described(const tdbError& error) {
-  return error.message.empty() ? "error " + std::to_string(error.code) : error.message;
-}
-
-int report(Console& console, const tdbError& error) {
-  console.Error(described(error));
-  return 0;
-}
-
-// Opens the folder of a database. For reading nothing is tried out in it, so that a folder which
-// cannot be written serves as well.
-template <class Database>
-void open_folder(Database& database, const std::string& folder, ToolFolder::Use use) {
-  if (!tdbFileUtil::directory_exists(folder)) {
-    throw Failure("there is no folder '" + folder + "'; 'tooldb init' makes one");
-  }
-  database.SetFolderPath(folder.c_str());
-  tdbError error;
-  std::string path = folder;
-  tdbFileManager& files = *database.GetFileManager();
-  const bool opened =
-      use == ToolFolder::Use::kWrite ? files.Init(path, error) : files.Create(path, error);
-  if (!opened) throw Failure(folder + ": the folder cannot be written (" + error.message + ")");
-  database.AddSearchPaths({folder});
-}
-
-std::string code_of_file(const std::string& name) {
-  std::string stem;
-  tdbFileUtil::get_file_name(name, stem);
-  return tdbUtil::decoding_code(stem);
-}
-
-}  // namespace
-
 void add_folder_arguments(CLI::App& app, FolderOptions& options) {
   app.add_option("FOLDER", options.folder, "The library's folder")->required();
   app.add_option("--components", options.components,
@@ -61,30 +23,31 @@ void add_force_option(CLI::App& app, bool& force) {
 ToolFolder::ToolFolder(const FolderOptions& options, Use use, Console& console)
     : console_(console), path_(options.folder), database_("tooldb", 0) {
   open_folder(database_, path_, use);
-  database_.SetErrorCallback(
-      [](void* user, const tdbToolDB*, tdbError* error) {
-        return report(*static_cast<Console*>(user), *error);
-      },
-      &console_);
-  const std::string inside = path_ + '/' + std::string(kComponentsFolder);
+  report_errors<tdbToolDB, const tdbToolDB*>(database_, console);
   if (!options.components.empty()) {
     OpenComponents(options.components, use);
-  } else if (tdbFileUtil::directory_exists(inside)) {
-    OpenComponents(inside, use);
+  } else if (tdbFileUtil::directory_exists(InnerComponents())) {
+    OpenComponents(InnerComponents(), use);
   }
 }
 
+std::string ToolFolder::InnerComponents() const { return path_ + '/' + kComponentsFolder; }
+
 void ToolFolder::OpenComponents(const std::string& folder, Use use) {
-  components_path_ = folder;
-  components_.emplace("components", 0);
-  components_->SetErrorCallback(
-      [](void* user, tdbToolComponentsDB*, tdbError* error) {
-        return report(*static_cast<Console*>(user), *error);
-      },
-      &console_);
-  open_folder(*components_, folder, use);
-  components_->Read();
-  database_.LinkToolComponents(&*components_);
+  components_ = std::make_unique<ComponentFolder>(folder, use, console_);
+  database_.LinkToolComponents(&components_->Database());
+}
+
+tdbToolComponentsDB* ToolFolder::ComponentsDatabase() {
+  return components_ == nullptr ? nullptr : &components_->Database();
+}
+
+ComponentFolder& ToolFolder::RequireComponents() {
+  if (components_ == nullptr) {
+    tdbFileUtil::create_directory(InnerComponents());
+    OpenComponents(InnerComponents(), Use::kWrite);
+  }
+  return *components_;
 }
 
 std::vector<std::string> ToolFolder::FileNames() const {
@@ -108,8 +71,8 @@ bool ToolFolder::HasFile(const std::string& code) const {
 }
 
 std::unique_ptr<tdbTool> ToolFolder::ReadFile(const std::string& name, tdbError& error) {
-  std::unique_ptr<tdbTool> tool(
-      tdbXmlReader::ReadTool((path_ + '/' + name).c_str(), SearchPaths(), error, Components()));
+  std::unique_ptr<tdbTool> tool(tdbXmlReader::ReadTool((path_ + '/' + name).c_str(), SearchPaths(),
+                                                       error, ComponentsDatabase()));
   if (tool == nullptr) return nullptr;
   tool->SetModified(true);  // an unmodified item's placement would not be refreshed
   tool->Update();
@@ -176,34 +139,6 @@ void ToolFolder::Update(tdbTool& tool) {
   if (!database_.UpdateTool(&tool, error)) {
     throw Failure(file_message(FilePath(tool.GetCode()), error));
   }
-}
-
-void ToolFolder::WriteComponent(std::unique_ptr<tdbToolComponent> component) {
-  if (!components_) {
-    const std::string inside = path_ + '/' + std::string(kComponentsFolder);
-    tdbFileUtil::create_directory(inside);
-    OpenComponents(inside, Use::kWrite);
-  }
-  tdbError error;
-  if (!components_->AddTool(component.get(), error, true)) {
-    throw Failure(file_message(components_path_, error));
-  }
-  static_cast<void>(component.release());
-}
-
-std::string file_message(const std::string& file, const tdbError& error) {
-  const std::string text = described(error);
-  return text.find(file) == std::string::npos ? file + ": " + text : text;
-}
-
-std::string file_bytes(const std::string& path) {
-  std::string bytes;
-  try {
-    tdbFileUtil::read_file(path, bytes);
-  } catch (const tdbError& error) {
-    throw Failure(file_message(path, error));
-  }
-  return bytes;
 }
 
 }  // namespace tooldb

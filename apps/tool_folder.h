@@ -2,29 +2,28 @@
 
 #include <CLI/App.hpp>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "apps/component_folder.h"
+#include "apps/database_folder.h"
 #include "tooldb/tool.h"
-#include "tooldb/tool_components_db.h"
 #include "tooldb/tool_db.h"
-#include "tooldb/tool_parts.h"
 
 /// @file
 /// The folder that a command works on.
 
 namespace tooldb {
 
-class Console;
-
 /// Code of the library's error for a code that has a file.
 inline constexpr int kFileExists = 19;
 /// Code of the library's error for a component that is not there.
 inline constexpr int kComponentNotFound = 21;
 
+/// Name of the folder inside a library that holds its components.
+inline constexpr const char* kComponentsFolder = "components";
+
 inline constexpr const char* kToolExtension = ".ktf";
-inline constexpr const char* kComponentExtension = ".ktcf";
 
 /// Where a library lies, as it was typed.
 struct FolderOptions {
@@ -48,8 +47,6 @@ struct ToolToEdit {
 /// A folder of tools, with the components that they use.
 class ToolFolder {
  public:
-  enum class Use { kRead, kWrite };
-
   /// Raises `Failure` when there is no such folder or, for writing, when nothing can be written
   /// there. What the library reports while it works goes to the console as errors.
   ToolFolder(const FolderOptions& options, Use use, Console& console);
@@ -78,33 +75,26 @@ class ToolFolder {
   /// Rewrites the file of a tool.
   void Update(tdbTool& tool);
 
-  /// Writes a component and keeps it in memory for the tools that use it; makes the folder
-  /// "components" inside when there is none. One of the same code is replaced.
-  void WriteComponent(std::unique_ptr<tdbToolComponent> component);
-
   /// The database of the folder; nothing is listed in it.
   tdbToolDB& Database() { return database_; }
   /// Null when no components folder was named or found.
-  tdbToolComponentsDB* Components() { return components_ ? &*components_ : nullptr; }
-  const std::string& ComponentsPath() const { return components_path_; }
+  ComponentFolder* Components() { return components_.get(); }
+  /// The database of the components, for the reader; null as above.
+  tdbToolComponentsDB* ComponentsDatabase();
+  /// The same folder; made inside this one when there is none.
+  ComponentFolder& RequireComponents();
   const std::vector<std::string>& SearchPaths() {
     return database_.GetFileManager()->GetSearchPath();
   }
 
  private:
+  std::string InnerComponents() const;
   void OpenComponents(const std::string& folder, Use use);
 
   Console& console_;
   std::string path_;
-  std::string components_path_;
-  std::optional<tdbToolComponentsDB> components_;  // outlives the database that it is linked to
+  std::unique_ptr<ComponentFolder> components_;  // outlives the database that it is linked to
   tdbToolDB database_;
 };
-
-/// "FILE: message", or the message alone when it names the file already.
-std::string file_message(const std::string& file, const tdbError& error);
-
-/// The bytes of a file; raises `Failure`.
-std::string file_bytes(const std::string& path);
 
 }  // namespace tooldb

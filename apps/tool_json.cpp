@@ -1,5 +1,7 @@
 #include "apps/tool_json.h"
 
+#include <cmath>
+
 #include "apps/condition_slots.h"
 #include "apps/tree_items.h"
 #include "tooldb/placement.h"
@@ -14,10 +16,14 @@ using Json = nlohmann::ordered_json;
 
 const char* unit_name(int unit) { return unit == 0 ? "mm" : "inch"; }
 
+Json triple_json(double a, double b, double c) {
+  return {number_json(a), number_json(b), number_json(c)};
+}
+
 Json placement_json(const Transformation<double>& placement) {
   const auto [rz, ry, rx] = tdbGetAngles(placement);
-  return {{"position", {placement(0, 3), placement(1, 3), placement(2, 3)}},
-          {"angles_zyx", {rz, ry, rx}}};
+  return {{"position", triple_json(placement(0, 3), placement(1, 3), placement(2, 3))},
+          {"angles_zyx", triple_json(rz, ry, rx)}};
 }
 
 void add_geometry(Json& json, const tdbItem& item) {
@@ -42,13 +48,6 @@ Json item_json(const TreeItem& entry) {
   return json;
 }
 
-// The items of a tool as a flat list, parents first: a tree may be deeper than readers of JSON go.
-Json tree_json(tdbTool& tool) {
-  Json items = Json::array();
-  for (const TreeItem& entry : items_below(tool)) items.push_back(item_json(entry));
-  return items;
-}
-
 Json parameters_json(const tdbTool& tool) {
   Json list = Json::array();
   for (const auto& [name, value] : tool.GetParams())
@@ -63,10 +62,10 @@ Json offsets_json(const tdbTool& tool) {
   Json list = Json::array();
   for (const OFFSET_VALUE& o : tool.GetOffsetParamList()) {
     list.push_back({{"index", o.index},
-                    {"dx", o.DX},
-                    {"dy", o.DY},
-                    {"dz", o.DZ},
-                    {"radius", o.RAD},
+                    {"dx", number_json(o.DX)},
+                    {"dy", number_json(o.DY)},
+                    {"dz", number_json(o.DZ)},
+                    {"radius", number_json(o.RAD)},
                     {"position", o.POS},
                     {"absolute", o.ABS}});
   }
@@ -74,6 +73,18 @@ Json offsets_json(const tdbTool& tool) {
 }
 
 }  // namespace
+
+Json number_json(double value) {
+  const bool whole = value == std::floor(value) && std::abs(value) < 1e15;
+  return whole ? Json(static_cast<std::int64_t>(value)) : Json(value);
+}
+
+// Flat, since a tree may be deeper than readers of JSON go.
+Json items_json(tdbCompositeItem& root) {
+  Json items = Json::array();
+  for (const TreeItem& entry : items_below(root)) items.push_back(item_json(entry));
+  return items;
+}
 
 Json tool_json(tdbTool& tool) {
   Json json{{"code", tool.GetCode()},
@@ -83,16 +94,16 @@ Json tool_json(tdbTool& tool) {
             {"description", tool.GetDescr()},
             {"comment", tool.GetComment()},
             {"unit", unit_name(tool.GetUnitOfMeasurement())},
-            {"diameter", tool.GetDiameter()},
-            {"length", tool.GetLength()},
-            {"offset", {tool.GetOffsetX(), tool.GetOffsetY(), tool.GetOffsetZ()}},
+            {"diameter", number_json(tool.GetDiameter())},
+            {"length", number_json(tool.GetLength())},
+            {"offset", triple_json(tool.GetOffsetX(), tool.GetOffsetY(), tool.GetOffsetZ())},
             {"auto_tcp", tool.GetAutoTcp()},
-            {"tolerance", tool.GetToolModelTolerance()},
+            {"tolerance", number_json(tool.GetToolModelTolerance())},
             {"color", tool.GetTraceColor()},
             {"auto_color", tool.GetAutoColor()}};
   if (tool.IsSectionEnabled()) {
-    json["section"] = {{"start", tool.GetSectionStartAngle()},
-                       {"span", tool.GetSectionSpanAngle()}};
+    json["section"] = {{"start", number_json(tool.GetSectionStartAngle())},
+                       {"span", number_json(tool.GetSectionSpanAngle())}};
   }
   json["placement"] = placement_json(tool.GetPos());
   json["parameters"] = parameters_json(tool);
@@ -100,9 +111,9 @@ Json tool_json(tdbTool& tool) {
   Json& conditions = json["conditions"] = Json::object();
   for (const ConditionSlot& slot : condition_slots(tool)) {
     conditions[slot.name] =
-        slot.kind == ConditionSlot::Kind::kFlag ? Json(slot.get() != 0) : Json(slot.get());
+        slot.kind == ConditionSlot::Kind::kFlag ? Json(slot.get() != 0) : number_json(slot.get());
   }
-  json["items"] = tree_json(tool);
+  json["items"] = items_json(tool);
   return json;
 }
 

@@ -1,0 +1,56 @@
+#include "apps/component_folder.h"
+
+#include "apps/display_text.h"
+
+namespace tooldb {
+
+ComponentFolder::ComponentFolder(const std::string& path, Use use, Console& console)
+    : path_(path), database_("components", 0) {
+  open_folder(database_, path_, use);
+  report_errors<tdbToolComponentsDB, tdbToolComponentsDB*>(database_, console);
+  database_.Read();
+}
+
+std::string ComponentFolder::FilePath(const std::string& code) const {
+  return path_ + '/' + tdbUtil::encoding_code(code) + kComponentExtension;
+}
+
+bool ComponentFolder::HasFile(const std::string& code) const {
+  return tdbFileUtil::file_exists(FilePath(code));
+}
+
+std::vector<tdbToolComponent*> ComponentFolder::All() {
+  std::vector<tdbToolComponent*> all;
+  for (int i = 0; i < database_.GetCount(1); ++i) all.push_back(database_.GetToolComponent(i, 1));
+  return all;
+}
+
+tdbToolComponent* ComponentFolder::Find(const std::string& code) {
+  return database_.GetToolComponentByCode(code, 1);
+}
+
+tdbToolComponent& ComponentFolder::Require(const std::string& code) {
+  if (tdbToolComponent* found = Find(code)) return *found;
+  std::vector<std::string> codes;
+  for (const tdbToolComponent* component : All()) codes.push_back(component->GetCode());
+  const std::string meant(nearest(code, codes));
+  throw Failure("there is no component '" + code + "' in " + path_ +
+                (meant.empty() ? "" : "; did you mean '" + meant + "'?"));
+}
+
+void ComponentFolder::Write(std::unique_ptr<tdbToolComponent> component) {
+  tdbError error;
+  if (!database_.AddTool(component.get(), error, true)) {
+    throw Failure(file_message(FilePath(component->GetCode()), error));
+  }
+  static_cast<void>(component.release());
+}
+
+void ComponentFolder::Remove(const std::string& code) {
+  tdbError error;
+  tdbToolComponent* component = &Require(code);
+  if (!database_.RemoveTool(component, error)) throw Failure(file_message(FilePath(code), error));
+  delete component;  // handed back by the database
+}
+
+}  // namespace tooldb

@@ -1,0 +1,27 @@
+#include "apps/database_folder.h"
+
+namespace tooldb {
+
+std::string file_message(const std::string& file, const tdbError& error) {
+  const std::string text =
+      error.message.empty() ? "error " + std::to_string(error.code) : error.message;
+  return text.find(file) == std::string::npos ? file + ": " + text : text;
+}
+
+std::string file_bytes(const std::string& path) {
+  std::string bytes;
+  try {
+    tdbFileUtil::read_file(path, bytes);
+  } catch (const tdbError& error) {
+    throw Failure(file_message(path, error));
+  }
+  return bytes;
+}
+
+std::string code_of_file(const std::string& name) {
+  std::string stem;
+  tdbFileUtil::get_file_name(name, stem);
+  return tdbUtil::decoding_code(stem);
+}
+
+}  // namespace tooldb

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+
+#include "apps/command.h"
+#include "apps/console.h"
+#include "tooldb/error.h"
+#include "tooldb/file_manager.h"
+#include "tooldb/util.h"
+
+/// @file
+/// What the folders of tools and of components have in common.
+
+namespace tooldb {
+
+/// What a folder is opened for.
+enum class Use { kRead, kWrite };
+
+/// "FILE: message", or the message alone when it names the file already.
+std::string file_message(const std::string& file, const tdbError& error);
+
+/// The bytes of a file; raises `Failure`.
+std::string file_bytes(const std::string& path);
+
+/// The code that a file in a database folder stands for.
+std::string code_of_file(const std::string& name);
+
+/// Hands what a database reports to a console, as errors.
+template <class Database, class Sender>
+void report_errors(Database& database, Console& console) {
+  const auto report = [](void* user, Sender, tdbError* error) {
+    static_cast<Console*>(user)->Error(file_message("", *error));
+    return 0;
+  };
+  database.SetErrorCallback(report, &console);
+}
+
+/// Opens the folder of a database. For reading nothing is tried out in it, so that a folder which
+/// cannot be written serves as well. Raises `Failure`.
+template <class Database>
+void open_folder(Database& database, const std::string& folder, Use use) {
+  if (!tdbFileUtil::directory_exists(folder)) {
+    throw Failure("there is no folder '" + folder + "'; 'tooldb init' makes one");
+  }
+  database.SetFolderPath(folder.c_str());
+  tdbError error;
+  std::string path = folder;
+  tdbFileManager& files = *database.GetFileManager();
+  const bool opened = use == Use::kWrite ? files.Init(path, error) : files.Create(path, error);
+  if (!opened) throw Failure(folder + ": the folder cannot be written (" + error.message + ")");
+  database.AddSearchPaths({folder});
+}
+
+}  // namespace tooldb
