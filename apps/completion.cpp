@@ -17,7 +17,8 @@ struct Entry {
 
 std::vector<std::string> long_options(const Command& command) {
   std::vector<std::string> names;
-  for (const CLI::Option* option : described(command)->get_options()) {
+  const auto app = described(command);
+  for (const CLI::Option* option : app->get_options()) {
     for (const auto& name : option->get_lnames()) names.push_back("--" + name);
   }
   names.insert(names.end(), {"--help", "--quiet"});

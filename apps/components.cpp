@@ -7,6 +7,7 @@
 #include "apps/component_uses.h"
 #include "apps/console.h"
 #include "apps/display_text.h"
+#include "apps/settings.h"
 #include "apps/terminal.h"
 #include "apps/text_rules.h"
 #include "apps/text_table.h"
@@ -22,6 +23,7 @@ struct Options {
   std::string code;
   std::string new_code;
   std::vector<std::string> codes;
+  std::vector<std::string> settings;
   bool json = false;
   bool force = false;
 };
@@ -126,6 +128,18 @@ void clone(const Options& options, Console& console) {
   console.Note("copied " + options.code + " to " + options.new_code);
 }
 
+void set(const Options& options, Console& console) {
+  ComponentFolder folder(options.place.folder, Use::kWrite, console);
+  auto changed = std::make_unique<tdbToolComponent>(folder.Require(options.code));
+  std::vector<std::string> changes;
+  for (const auto& setting : options.settings) {
+    changes.push_back(apply_item_setting(*changed, setting));
+  }
+  require_storable(*changed);
+  folder.Write(std::move(changed));
+  for (const auto& change : changes) console.Note(change);
+}
+
 void add_code(CLI::App& app, Options& options) {
   app.add_option("CODE", options.code, "The component's code")->required();
 }
@@ -141,6 +155,8 @@ void add_new_code(CLI::App& app, Options& options) {
 
 constexpr Example kListExamples[] = {
     {"tooldb components list lib/components", "Lists the components of the library lib."}};
+constexpr Example kSetExamples[] = {
+    {"tooldb components set lib/components HSK63 holder.DIAMETER=60", "A slimmer holder."}};
 constexpr Example kRenameExamples[] = {{"tooldb components rename lib/components HSK63 HSK63A",
                                         "The tools of lib use HSK63A from now on."}};
 constexpr Example kRemoveExamples[] = {
@@ -164,6 +180,19 @@ const Command kShowComponent = {"show",
                                   return declared(app, more, show);
                                 },
                                 {}};
+const Command kSetComponent = {
+    "set",
+    "Changes values of a component's items",
+    "Keys are those of items in \"tooldb set\". Every tool that uses the component has the change.",
+    kSetExamples,
+    [](CLI::App& app) {
+      const auto more = [](CLI::App& a, Options& o) {
+        add_code(a, o);
+        a.add_option("ITEM.KEY=VALUE", o.settings, "What to set")->required();
+      };
+      return declared(app, more, set);
+    },
+    {}};
 const Command kCloneComponent = {"clone",
                                  "Copies a component within its folder",
                                  "",
@@ -198,8 +227,8 @@ const Command kRemoveComponent = {
     },
     {}};
 
-constexpr const Command* kGroup[] = {&kListComponents, &kShowComponent, &kCloneComponent,
-                                     &kRenameComponent, &kRemoveComponent};
+constexpr const Command* kGroup[] = {&kListComponents, &kShowComponent,   &kSetComponent,
+                                     &kCloneComponent, &kRenameComponent, &kRemoveComponent};
 
 }  // namespace
 

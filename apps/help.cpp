@@ -51,7 +51,7 @@ void append_arguments(std::string& out, const CLI::App& app) {
 }
 
 std::string usage(const CLI::App& app, const std::string& path) {
-  std::string line = "Usage: tooldb " + path + " [OPTIONS]";
+  std::string line = "Usage: tooldb " + path + "[OPTIONS]";
   for (const CLI::Option* option : app.get_options()) {
     if (!option->get_positional()) continue;
     const std::string name = option->get_name(true);
@@ -90,7 +90,7 @@ std::string command_help(const Command& command, const std::string& path) {
   const auto app = described(command);
   std::string out = command.subcommands.empty()
                         ? usage(*app, path)
-                        : "Usage: tooldb " + path + " COMMAND [OPTIONS] ...\n";
+                        : "Usage: tooldb " + path + "COMMAND [OPTIONS] ...\n";
   out += fmt::format("\n{}.\n", command.help);
   if (!command.details.empty()) out += '\n' + wrapped(command.details, kHelpWidth, 0);
   if (!command.subcommands.empty()) append_commands(out, command.subcommands);

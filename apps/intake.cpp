@@ -25,6 +25,11 @@ std::string source_within(const std::string& source, const SourceFile& file) {
   return source.starts_with(prefix) ? source.substr(prefix.size()) : source;
 }
 
+bool has_failed(const ImportResult& result) {
+  return std::ranges::any_of(result.notes,
+                             [](const ImportNote& note) { return note.kind == NoteKind::kFailed; });
+}
+
 class Taker {
  public:
   Taker(ToolFolder& folder, const IntakePolicy& policy)
@@ -45,8 +50,9 @@ class Taker {
       IntakeLine& line = AddLine(source, report, entry, false);
       Guarded(line, [&] { TakeTool(source, entry, line); });
     }
-    if (source.kind == SourceKind::kForeign)
+    if (source.kind == SourceKind::kForeign && !has_failed(source.result)) {
       report.missing = index_.NotMet(file_name_of(source.path));
+    }
   }
 
  private:
@@ -197,9 +203,9 @@ void add_failed_entries(SourceFile& source, IntakeFile& report) {
 void finish_report(SourceFile& source, IntakeFile& report) {
   report.path = source.path;
   report.format = source.result.format;
+  report.is_refused = has_failed(source.result);
   report.notes = std::move(source.result.notes);
-  report.is_refused = std::ranges::any_of(
-      report.notes, [](const ImportNote& note) { return note.kind == NoteKind::kFailed; });
+  for (ImportNote& note : report.notes) note.text = source_within(note.text, source);
 }
 
 void refuse_foreign(SourceFile& source) {

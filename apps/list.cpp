@@ -99,13 +99,14 @@ std::string list_json(const Tools& tools, const Options& options) {
   return json_text(list);
 }
 
-void check_names(const Options& options) {
+void check_options(const Options& options) {
   require_field("--sort", options.sort);
   for (const auto& name : options.columns) require_field("--columns", name);
+  if (options.width.value_or(0) < 0) throw UsageError("--width must not be negative");
 }
 
 void run(const Options& options, Console& console) {
-  check_names(options);
+  check_options(options);
   const auto selected = tool_filter(options.where);
   ToolFolder folder(options.folder, Use::kRead, console);
   Tools tools = folder.ReadAll();
@@ -131,8 +132,7 @@ Action declare(CLI::App& app) {
   app.add_option("--width", options->width,
                  "Width to fit the table to; 0: cut nothing; without it that of the terminal, else "
                  "80")
-      ->type_name("N")
-      ->check(CLI::Validator(CLI::NonNegativeNumber).description(""));
+      ->type_name("N");
   return [options](Console& console) { run(*options, console); };
 }
 

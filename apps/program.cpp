@@ -14,7 +14,7 @@ namespace {
 // A command, the words that called it, and the arguments after them.
 struct Call {
   const Command* command = nullptr;
-  std::string path;
+  std::string path;  ///< with a blank at the end
   std::vector<std::string> arguments;
   bool help = false;
   bool version = false;
@@ -42,8 +42,7 @@ bool take_common_option(Call& call, const std::string& word) {
   return false;
 }
 
-Call read_call(const std::vector<std::string>& words) {
-  Call call;
+void read_call(const std::vector<std::string>& words, Call& call) {
   auto list = commands();
   bool only_arguments = false;
   for (const auto& word : words) {
@@ -57,16 +56,29 @@ Call read_call(const std::vector<std::string>& words) {
       throw UsageError("'" + word + "' stands before a command or is no option of the program");
     } else {
       call.command = &find_command(list, word);
-      call.path += (call.path.empty() ? "" : " ") + word;
+      call.path += word + ' ';
       list = call.command->subcommands;
     }
   }
-  return call;
+}
+
+// What the parser could not place: an option's name that is spelt wrongly, or one word too many.
+std::string unexpected(CLI::App& app) {
+  const auto words = app.remaining();
+  const auto option = std::ranges::find_if(words, [](const auto& w) { return w.starts_with("-"); });
+  if (option == words.end()) return "'" + words.front() + "' is one argument too many";
+  std::vector<std::string> names;
+  for (const CLI::Option* known : app.get_options()) {
+    for (const auto& name : known->get_lnames()) names.push_back("--" + name);
+  }
+  const std::string meant(nearest(*option, names));
+  return "'" + *option + "' is no option of this command" +
+         (meant.empty() ? "" : "; did you mean '" + meant + "'?");
 }
 
 int run_command(const Call& call, Console& console) {
   if (!call.command->subcommands.empty()) {
-    throw UsageError("'" + call.path + "' needs a command");
+    throw UsageError("tooldb " + call.path + "needs a command");
   }
   CLI::App app;
   app.set_help_flag();
@@ -74,6 +86,8 @@ int run_command(const Call& call, Console& console) {
   try {
     // The parser takes the words from the end.
     app.parse(std::vector<std::string>(call.arguments.rbegin(), call.arguments.rend()));
+  } catch (const CLI::ExtrasError&) {
+    throw UsageError(unexpected(app));
   } catch (const CLI::ParseError& error) {
     throw UsageError(error.what());
   }
@@ -108,14 +122,13 @@ std::unique_ptr<CLI::App> described(const Command& command) {
 
 int run_program(const std::vector<std::string>& arguments) {
   Console console;
-  std::string path;
+  Call call;
   try {
-    const Call call = read_call(arguments);
-    path = call.path.empty() ? "" : call.path + ' ';
+    read_call(arguments, call);
     return run_call(call, console);
   } catch (const UsageError& error) {
     console.Error(error.what());
-    console.Note("\"tooldb " + path + "--help\" shows how it is called");
+    console.Note("\"tooldb " + call.path + "--help\" shows how it is called");
     return kUsage;
   } catch (const Failure& failure) {
     console.Error(failure.what());

@@ -24,7 +24,8 @@ int run_program(const std::vector<std::string>& arguments);
 /// The arguments of one command, as its help and completion show them.
 std::unique_ptr<CLI::App> described(const Command& command);
 
-/// Help of the whole program, and of one command; `path` is the words that call it.
+/// Help of the whole program, and of one command; `path` is the words that call it, each with a
+/// blank behind it.
 std::string program_help();
 std::string command_help(const Command& command, const std::string& path);
 

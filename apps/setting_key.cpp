@@ -44,19 +44,19 @@ std::optional<std::size_t> take_number(std::string& part) {
   return static_cast<std::size_t>(*number);
 }
 
-std::string listed(tdbTool& tool) {
+std::string listed(tdbCompositeItem& root) {
   std::string names;
-  for (const TreeItem& entry : items_below(tool)) {
+  for (const TreeItem& entry : items_below(root)) {
     names += (names.empty() ? "" : ", ") + std::string(class_name(*entry.item)) + " '" +
              entry.item->GetName() + "'";
   }
   return names.empty() ? "it has no items" : "it has " + names;
 }
 
-std::vector<tdbItem*> candidates(tdbTool& tool, const std::string& name) {
+std::vector<tdbItem*> candidates(tdbCompositeItem& root, const std::string& name) {
   std::vector<tdbItem*> named;
   std::vector<tdbItem*> of_class;
-  for (const TreeItem& entry : items_below(tool)) {
+  for (const TreeItem& entry : items_below(root)) {
     if (entry.item->GetName() == name) named.push_back(entry.item);
     if (is_class(*entry.item, lower_text(name))) of_class.push_back(entry.item);
   }
@@ -85,23 +85,23 @@ std::vector<std::string> key_parts(const std::string& key) {
   return parts;
 }
 
-tdbItem& find_item(tdbTool& tool, const std::string& part) {
+tdbItem& find_item(tdbCompositeItem& root, const std::string& part) {
   std::string name = part;
-  std::vector<tdbItem*> found = candidates(tool, name);
+  std::vector<tdbItem*> found = candidates(root, name);
   std::optional<std::size_t> number;
   if (found.empty()) {
     number = take_number(name);
-    found = candidates(tool, name);
+    found = candidates(root, name);
   }
   if (found.empty() || (number && *number > found.size())) {
-    throw UsageError("the tool has no item '" + part + "'; " + listed(tool));
+    throw UsageError("there is no item '" + part + "'; " + listed(root));
   }
   if (!number && found.size() > 1) {
     throw UsageError("there are " + std::to_string(found.size()) + " items '" + part + "'; say " +
                      part + "#1 to " + part + '#' + std::to_string(found.size()));
   }
   tdbItem& item = *found[number.value_or(1) - 1];
-  if (item.IsComponent()) {
+  if (item.IsComponent() && !root.IsComponent()) {
     throw Failure("item '" + part +
                   "' belongs to a library component; 'tooldb components set' "
                   "changes that");

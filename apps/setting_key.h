@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+class tdbCompositeItem;
 class tdbItem;
-class tdbTool;
 
 namespace tooldb {
 
@@ -14,6 +14,7 @@ std::vector<std::string> key_parts(const std::string& key);
 
 /// The item that a part names: by its name, with "#2" for the second of that name, or by its class
 /// when it is the only one. Raises `UsageError`, with what there is to choose from.
-tdbItem& find_item(tdbTool& tool, const std::string& part);
+/// @param root  a tool or a component
+tdbItem& find_item(tdbCompositeItem& root, const std::string& part);
 
 }  // namespace tooldb

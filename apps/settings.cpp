@@ -212,21 +212,35 @@ void remove_tool_parameter(tdbTool& tool, const std::string& name) {
   tool.RemoveParam(index);
 }
 
-}  // namespace
-
-std::string apply_setting(tdbTool& tool, const std::string& setting) {
+// Splits "KEY=VALUE", sets the value, and tells the change.
+template <class Set>
+std::string applied(const std::string& setting, const Set& set) {
   const auto sign = setting.find('=');
   if (sign == std::string::npos || sign == 0) {
     throw UsageError("'" + setting + "' is not of the form KEY=VALUE");
   }
   const std::string key = setting.substr(0, sign);
-  const std::string value = setting.substr(sign + 1);
   const Parts parts = key_parts(key);
   try {
-    return key + ": " + set_value(tool, parts, value);
+    return key + ": " + set(parts, setting.substr(sign + 1));
   } catch (const Failure& failure) {
     throw Failure(key + ": " + failure.what());
   }
+}
+
+}  // namespace
+
+std::string apply_setting(tdbTool& tool, const std::string& setting) {
+  return applied(setting, [&](const Parts& parts, const std::string& value) {
+    return set_value(tool, parts, value);
+  });
+}
+
+std::string apply_item_setting(tdbToolComponent& component, const std::string& setting) {
+  return applied(setting, [&](const Parts& parts, const std::string& value) {
+    if (parts.size() < 2) throw UsageError("a component's values are set as ITEM.KEY=VALUE");
+    return set_item_value(find_item(component, parts[0]), rest_of(parts), value);
+  });
 }
 
 std::string remove_setting(tdbTool& tool, const std::string& key) {
