@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "tests/storage/watched_database.h"
 
 namespace tooldb {
@@ -110,6 +112,24 @@ TEST_F(Exchange, ImportsReplacingAndReportsWhatItRefuses) {
   EXPECT_THAT(db_.events, ElementsAre("log: Import: watched", HasSubstr("control character")));
   EXPECT_EQ(other.GetToolCount(1), 3) << "copies were added";
   EXPECT_FALSE(db_.Import(nullptr));
+}
+
+/// A host's database that looks at each tool that is added.
+class PickyTools : public WatchedTools {
+ public:
+  using WatchedTools::AddTool;
+  bool AddTool(tdbTool* tool, tdbError& error, bool replace) override {
+    if (tool->GetCode() == "T1") throw std::runtime_error("not this one");
+    return WatchedTools::AddTool(tool, error, replace);
+  }
+};
+
+TEST_F(Exchange, ImportsThroughTheHostsOwnAddTool) {
+  PickyTools picky;
+  EXPECT_TRUE(picky.Create(scratch_.Path("picky")));
+  EXPECT_FALSE(picky.Import(&db_));
+  EXPECT_THAT(listed_codes(picky), ElementsAre("A/B", "T2"));
+  EXPECT_EQ(picky.events.back(), "error 1: not this one");
 }
 
 TEST_F(Exchange, ImportsItselfUnharmed) {

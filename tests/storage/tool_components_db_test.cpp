@@ -98,9 +98,25 @@ TEST_P(ComponentsLog, SaysWhatItDoes) {
 
 INSTANTIATE_TEST_SUITE_P(Operations, ComponentsLog, testing::ValuesIn(kLogs), row_name<LogCase>);
 
+/// True when the item and all below it have the component mark.
+bool all_marked(tdbItem& item) {
+  bool marked = true;
+  item.Visit(
+      [](void* context, tdbItem* visited) {
+        *static_cast<bool*>(context) = *static_cast<bool*>(context) && visited->IsComponent();
+      },
+      &marked);
+  return marked;
+}
+
 TEST_F(Components, AreStoredAsDefinitionsAndReadAgain) {
-  const tdbToolComponent* component = add_component(components_, "C/1");
-  EXPECT_TRUE(component->IsComponent() && component->GetItem(0)->IsComponent());
+  auto component = make_component("C/1");
+  auto* cutting = new tdbCuttingTool(new tdbToolCutter(0), new tdbToolShank(0), 0);
+  static_cast<tdbToolHolder*>(component->GetItem(0))->AddItem(cutting);
+  component->AddItem(make_component("inner").release());
+  tdbToolComponent* const listed = component.release();
+  ASSERT_TRUE(components_.AddTool(listed, false));
+  EXPECT_TRUE(all_marked(*listed));
   EXPECT_THAT(scratch_.Files("components"), ElementsAre(Key("C{{47}}1.ktcf")));
   for (int source : {1, 2}) {
     WatchedComponents again;
@@ -110,8 +126,11 @@ TEST_F(Components, AreStoredAsDefinitionsAndReadAgain) {
     again.GetTools(found, source);
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0].GetCode(), "C/1");
-    EXPECT_TRUE(found[0].IsComponent() && found[0].GetItem(0)->IsComponent());
+    EXPECT_TRUE(all_marked(found[0]));
     EXPECT_EQ(found[0].GetItem(0)->GetName(), "Holder");
+    std::string text;
+    found[0].WriteXml(text, {});
+    EXPECT_EQ(text, scratch_.Files("components")["C{{47}}1.ktcf"]);
   }
 }
 
@@ -214,6 +233,12 @@ constexpr RemovalCase kRemovals[] = {
      },
      1},
     {"AllWithFiles", [](auto& db) { db.RemoveAllToolComponents(true, 1); }, 2},
+    {"AllThoughTheFilesStay",
+     [](auto& db) {
+       std::filesystem::remove_all(db.GetFolderPath());
+       db.RemoveAllToolComponents(true, 1);
+     },
+     2},
     {"AllListed", [](auto& db) { db.RemoveAllToolComponents(false, 1); }, 2},
     {"AllFiles", [](auto& db) { db.RemoveAllToolComponents(true, 2); }, 0},
     {"UnknownCode", [](auto& db) { db.RemoveToolComponentByCode("none"); }, 0},
@@ -257,13 +282,17 @@ TEST_F(Components, KeepTheirUsesWhenTheirFileCannotBeDeleted) {
 
 TEST(ComponentLink, EndsWithTheToolDatabase) {
   tdbToolComponentsDB components("", 1);
+  tdbToolComponentsDB copied("", 1);
   add_component(components, "C1");
   {
     tdbToolDB tools("", 1);
     tools.LinkToolComponents(&components);
     const tdbToolDB copy(tools);
     EXPECT_EQ(copy.GetToolComponentDB(), &components);
+    copied = components;
   }
+  add_component(copied, "C1");
+  EXPECT_TRUE(copied.RemoveToolComponentByCode("C1"));
   EXPECT_TRUE(components.RemoveToolComponentByCode("C1"));
 }
 

@@ -79,21 +79,12 @@ std::string Library::PathOf(const std::string& name) const {
 
 std::unique_ptr<LibraryItem> Library::ReadStored(const std::string& name) {
   tdbError error;
-  std::unique_ptr<LibraryItem> item =
-      guarded(error, std::unique_ptr<LibraryItem>(), [&]() -> std::unique_ptr<LibraryItem> {
-        const std::string path = PathOf(name);
-        if (!file_system().IsFile(path)) throw tdbError(1, path);
-        auto read = kind_.read_file(path, {files_.GetSearchPath(), owner_.Components()}, error);
-        if (read == nullptr && error.message.find(path) == std::string::npos) {
-          error.message.insert(0, path + ": ");
-        }
-        return read;
-      });
-  if (item == nullptr) {
-    owner_.Report(error);
-  } else {
-    kind_.prepare(*item);
-  }
+  std::unique_ptr<LibraryItem> item = guarded(error, std::unique_ptr<LibraryItem>(), [&] {
+    const std::string path = PathOf(name);
+    if (!file_system().IsFile(path)) throw tdbError(1, path);
+    return kind_.read_file(path, {files_.GetSearchPath(), owner_.Components()}, error);
+  });
+  if (item == nullptr) owner_.Report(error);
   return item;
 }
 
