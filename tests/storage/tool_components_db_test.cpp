@@ -282,17 +282,13 @@ TEST_F(Components, KeepTheirUsesWhenTheirFileCannotBeDeleted) {
 
 TEST(ComponentLink, EndsWithTheToolDatabase) {
   tdbToolComponentsDB components("", 1);
-  tdbToolComponentsDB copied("", 1);
   add_component(components, "C1");
   {
     tdbToolDB tools("", 1);
     tools.LinkToolComponents(&components);
     const tdbToolDB copy(tools);
     EXPECT_EQ(copy.GetToolComponentDB(), &components);
-    copied = components;
   }
-  add_component(copied, "C1");
-  EXPECT_TRUE(copied.RemoveToolComponentByCode("C1"));
   EXPECT_TRUE(components.RemoveToolComponentByCode("C1"));
 }
 
@@ -324,19 +320,61 @@ TEST(ComponentLink, LeavesTheCallbackOfAnotherAlone) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST(ComponentLink, MovesToTheNextDatabase) {
-  tdbToolComponentsDB first("", 1);
-  tdbToolComponentsDB second("", 1);
-  for (auto* db : {&first, &second}) add_component(*db, "C1");
-  tdbToolDB tools("", 1);
-  tdbTool* tool = add_tool(tools, "T1");
-  tool->AddItem(new tdbToolComponent(0, "use", "C1"));
-  tools.LinkToolComponents(&first);
-  tools.LinkToolComponents(&second);
-  first.RemoveToolComponentByCode("C1");
-  EXPECT_EQ(tool->GetItemCount(), 1U);
-  second.RemoveToolComponentByCode("C1");
-  EXPECT_EQ(tool->GetItemCount(), 0U);
+/// A tool database with one use of C1.
+struct Tools {
+  Tools() { tool->AddItem(new tdbToolComponent(0, "use", "C1")); }
+
+  bool HasUse() const { return tool->GetItemCount() == 1; }
+
+  tdbToolDB db{"", 1};
+  tdbTool* tool = add_tool(db, "T1");
+};
+
+void remove_c1(tdbToolComponentsDB& db) {
+  add_component(db, "C1");
+  EXPECT_TRUE(db.RemoveToolComponentByCode("C1"));
+}
+
+class OneLink : public testing::Test {
+ protected:
+  tdbToolComponentsDB first_{"", 1};
+  tdbToolComponentsDB second_{"", 1};
+  Tools tools_;
+  Tools others_;
+};
+
+TEST_F(OneLink, MovesToTheNextComponents) {
+  tools_.db.LinkToolComponents(&first_);
+  tools_.db.LinkToolComponents(&second_);
+  remove_c1(first_);
+  EXPECT_TRUE(tools_.HasUse());
+  remove_c1(second_);
+  EXPECT_FALSE(tools_.HasUse());
+}
+
+TEST_F(OneLink, IsNotCopiedWithTheComponents) {
+  tools_.db.LinkToolComponents(&first_);
+  tdbToolComponentsDB copy(first_);
+  second_ = first_;
+  remove_c1(copy);
+  remove_c1(second_);
+  EXPECT_TRUE(tools_.HasUse());
+}
+
+TEST_F(OneLink, EndsWhenTheToolsAreAssigned) {
+  tools_.db.LinkToolComponents(&first_);
+  tools_.db = others_.db;
+  remove_c1(first_);
+  EXPECT_TRUE(tools_.HasUse());
+}
+
+TEST_F(OneLink, StaysWithTheToolsThatTookItOver) {
+  tools_.db.LinkToolComponents(&first_);
+  others_.db.LinkToolComponents(&first_);
+  tools_.db.LinkToolComponents(&second_);
+  remove_c1(first_);
+  EXPECT_TRUE(tools_.HasUse());
+  EXPECT_FALSE(others_.HasUse());
 }
 
 }  // namespace
