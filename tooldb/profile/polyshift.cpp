@@ -59,8 +59,8 @@ std::optional<Polyshift> Polyshift::Load(const std::string& path) {
 }
 
 const Polyshift* Polyshift::BesideHost() {
-  static const std::optional<Polyshift> library = load_beside_host();
-  return library ? &*library : nullptr;
+  static const std::optional<Polyshift> kLibrary = load_beside_host();
+  return kLibrary ? &*kLibrary : nullptr;
 }
 
 std::optional<std::vector<Polyline>> Polyshift::Offset(const Polyline& contour,
