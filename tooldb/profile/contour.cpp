@@ -1,7 +1,7 @@
 #include "tooldb/contour.h"
 
-#include "tooldb/error.h"
 #include "tooldb/platform/file_system.h"
+#include "tooldb/platform/guard.h"
 #include "tooldb/profile/contour_text.h"
 
 using tooldb::ContourSegment;
@@ -14,11 +14,8 @@ struct CEntityDB::Impl {
 namespace {
 
 std::string file_text(const std::string& path) {
-  try {
-    return tooldb::file_system().Read(path);
-  } catch (const tdbError&) {
-    return {};
-  }
+  tdbError error;
+  return tooldb::guarded(error, std::string(), [&] { return tooldb::file_system().Read(path); });
 }
 
 }  // namespace
