@@ -4,11 +4,11 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 jobs=${TOOLDB_JOBS:-$(nproc)}
 
-# Objects are the same wherever the checkout lies, so one cache serves every build folder.
+# Objects are the same in whatever folder they are built, so one cache serves every preset of a kind.
 if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
   export CMAKE_C_COMPILER_LAUNCHER=${CMAKE_C_COMPILER_LAUNCHER-ccache}
-  export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$root} CCACHE_NOHASHDIR=1
+  export CCACHE_NOHASHDIR=1
 fi
 
 fail() {

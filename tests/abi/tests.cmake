@@ -7,3 +7,9 @@ foreach(abi itanium microsoft msvc)
     COMMAND Python3::Interpreter ${CMAKE_CURRENT_LIST_DIR}/check_vtables.py ${abi}
             ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include)
 endforeach()
+
+# Sanitizers add symbols of their own.
+if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  add_test(NAME BinaryInterface.ExportsAreAsListed
+    COMMAND Python3::Interpreter ${CMAKE_CURRENT_LIST_DIR}/check_exports.py $<TARGET_FILE:tooldb>)
+endif()
