@@ -83,8 +83,6 @@ class TemporaryFile {
     }
   }
 
-  const std::string& Path() const { return path_; }
-
   void Fill(std::string_view text) {
     file_->Write(text);
     file_->Flush();

@@ -99,11 +99,7 @@ bool Library::Read() {
   const auto names = StoredNames();
   if (!names) return false;
   for (const std::string& name : *names) {
-    std::unique_ptr<LibraryItem> item = ReadForList(name);
-    if (item == nullptr) continue;
-    list_.Append(*item);
-    const std::string code = item.release()->GetCode();
-    Log(kind_.read_one, code);
+    if (auto item = ReadForList(name)) AppendRead(std::move(item));
   }
   KeepTimeStamp();
   return true;
@@ -263,17 +259,18 @@ bool Library::Store(LibraryItem& item, tdbError& error) {
   return true;
 }
 
-LibraryItem* Library::PutInPlace(const std::string& code, std::unique_ptr<LibraryItem> fresh) {
-  LibraryItem* const old = list_.FindCode(code);
-  if (old != nullptr) {
-    LibraryItem* const listed = fresh.get();
-    list_.Replace(*old, std::move(fresh));
-    return listed;
-  }
+LibraryItem* Library::AppendRead(std::unique_ptr<LibraryItem> fresh) {
   list_.Append(*fresh);
   LibraryItem* const listed = fresh.release();
-  const std::string listed_code = listed->GetCode();
-  Log(kind_.read_one, listed_code);
+  Log(kind_.read_one, listed->GetCode());
+  return listed;
+}
+
+LibraryItem* Library::PutInPlace(const std::string& code, std::unique_ptr<LibraryItem> fresh) {
+  LibraryItem* const old = list_.FindCode(code);
+  if (old == nullptr) return AppendRead(std::move(fresh));
+  LibraryItem* const listed = fresh.get();
+  list_.Replace(*old, std::move(fresh));
   return listed;
 }
 

@@ -116,6 +116,7 @@ class Library {
   std::unique_ptr<LibraryItem> ReadStored(const std::string& name);
   /// The same, and made ready for the list.
   std::unique_ptr<LibraryItem> ReadForList(const std::string& name);
+  LibraryItem* AppendRead(std::unique_ptr<LibraryItem> fresh);
   bool ReloadAll();
   void ReloadFile(const std::string& name, const std::string& code);
   /// Lists a freshly read item, in the place of the one that is listed under `code` if there is.
