@@ -104,13 +104,14 @@ TEST(Folder, IsWritableBesideTheProbesOfOthers) {
   const ScratchFolder scratch;
   const std::string alphabet = "abcdefghijklmnaoqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890";
   std::srand(1);
-  for (int i = 0; i < 3; ++i) {
-    scratch.MakeFile(tdbUtil::generate_random_string(6, alphabet), "left by a killed process");
+  for (const char* text : {"", "somebody's own", ""}) {
+    scratch.MakeFile(tdbUtil::generate_random_string(6, alphabet), text);
   }
   std::srand(1);
   tdbError error;
   EXPECT_TRUE(tdbFileUtil::is_directory_writable(scratch.Path(), error)) << error.message;
-  EXPECT_EQ(scratch.Files().size(), 3U);
+  EXPECT_THAT(scratch.Files(), ElementsAre(Pair(testing::_, "somebody's own")))
+      << "the probes of killed processes are removed";
 }
 
 TEST(Folder, IsWritableThoughTheProbeCannotBeRemoved) {
