@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "geom/number_text.h"
+#include "tooldb/model/text.h"
 #include "tooldb/xml/grammar.h"
 
 namespace tooldb {
@@ -68,7 +69,8 @@ constexpr auto kSharedData = std::to_array<Row<Conditions>>({
     {data::kAp, [](auto& e, auto& c) { c.SetAp(text_number(e)); }},
     {data::kSamplingStep,
      [](auto& e, auto& c) { c.SetStepSizeOfSampling(number_unless_zero(e, 5)); }},
-    {data::kRecording, [](auto& e, auto& c) { c.SetEnableDataRecording(is_true(text_of(e))); }},
+    {data::kRecording,
+     [](auto& e, auto& c) { c.SetEnableDataRecording(is_true(trimmed(text_of(e)))); }},
 });
 
 template <class Conditions>

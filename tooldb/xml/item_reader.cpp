@@ -165,8 +165,8 @@ tdbItem& ItemReader::Attach(const Element& element, std::unique_ptr<tdbItem> ite
     parent = &scope.owner;
     if (parent == &root_) {
       Note(1, element,
-           "no part is named \"" + name + "\", which " + upper_name(element) + " \"" +
-               item->GetName() + "\" hangs on; it hangs on the whole now");
+           "no part is named \"" + name + "\"; the " + upper_name(element) + " \"" +
+               item->GetName() + "\" hangs on \"" + root_.GetName() + "\" instead");
     }
   }
   if (!assembly_.HasRoomBelow(*parent)) {
@@ -188,7 +188,12 @@ void ItemReader::ReadMembers(const Element& element, tdbItem& item) {
   }
   const auto* holder = dynamic_cast<const tdbToolHolder*>(&item);
   if (holder != nullptr && !holder->GetComponentCode().empty()) {
-    LoadComponent(element, *group, holder->GetComponentCode());
+    // A definition would write what is loaded here as its own, beside the code.
+    if (holder->IsComponent()) {
+      Note(1, element, "a holder inside a component cannot be taken from the library; it is empty");
+    } else {
+      LoadComponent(element, *group, holder->GetComponentCode());
+    }
   }
   Scope inner{*group, item.IsComponent()};
   for (auto* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
