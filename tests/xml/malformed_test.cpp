@@ -192,6 +192,7 @@ const EncodingCase kEncodings[] = {
     {"Latin1", "Fr\xE4ser \xD8 5", "Fräser Ø 5"},
     {"Latin1AtTheEnd", "a\xC3", "aÃ"},
     {"OverlongIsLatin1", "\xC0\xAF", "À¯"},
+    {"OverlongOfThreeIsLatin1", "\xE0\x80\xAF", "à\xC2\x80¯"},
     {"SurrogateIsLatin1", "\xED\xA0\x80", "í\xC2\xA0\xC2\x80"},
     {"BeyondUnicodeIsLatin1", "\xF4\x90\x80\x80", "ô\xC2\x90\xC2\x80\xC2\x80"},
     {"Utf16Little", utf16(u"Ø 5 – 半 \U0001F527", false), "Ø 5 – 半 🔧"},

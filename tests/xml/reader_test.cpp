@@ -154,7 +154,8 @@ TEST(ItemReader, FileColorAndSwitches) {
           "<HOLDER TYPE='custom_revoluted' NAME=' a\nb ' ENSPIN='FALSE' INTERF_INH='no' "
           "INTERF_TYPE='NEAR_MISS' INTERF_VAL='0.5'><FILE UNIT='INCHES'> x/a.stl </FILE>"
           "<COLOR>0.5 1</COLOR><PROFILE> <A DIR=\"CW\" ><!-- c --></A >\r\n</PROFILE></HOLDER>"
-          "<HOLDER TYPE='STL'><FILE UNIT='inches'/></HOLDER>"),
+          "<HOLDER TYPE='STL'><FILE UNIT='inches'/></HOLDER>"
+          "<CUTTINGTOOL TYPE='TAP'><CUTTER TYPE='TAP'><B> </B></CUTTER></CUTTINGTOOL>"),
       ComponentShelf().Finder(), paths);
   const tdbItem& holder = *tool->GetItem(0);
   EXPECT_EQ(holder.GetName(), "ab");
@@ -167,6 +168,8 @@ TEST(ItemReader, FileColorAndSwitches) {
   EXPECT_TRUE(holder.GetMaterial() == tdbToolMaterial(0.5F, 1, 0, 0, "steel.jpg"));
   EXPECT_STREQ(holder.GetProfileXml(), " <A DIR=\"CW\" ><!-- c --></A >\r\n");
   EXPECT_EQ(tool->GetItem(1)->GetFileUnits(), 0);
+  ASSERT_EQ(tool->GetCutterCount(), 1);
+  EXPECT_STREQ(tool->GetCutter(0)->GetParam("B", ""), " ");
   EXPECT_TRUE(tool->GetItem(1)->GetInterferenceSettings().inherit);
 }
 
@@ -200,6 +203,7 @@ const ParentCase kParents[] = {
     {"ToolByName", holder("a", "T"), "a<T "},
     {"Chain", holder("a", "T") + holder("b", "a") + holder("c", "b"), "a<T b<a c<b "},
     {"Missing", holder("a", "nobody"), "a<T ", 1},
+    {"NameLikeAChain", holder("\\a", "") + holder("b", "\\a"), "\\a<T b<\\a "},
     {"LaterOnesAreNotSeen", holder("a", "b") + holder("b", ""), "a<T b<T ", 1},
     {"CaseMatters", holder("a", "") + holder("b", "A"), "a<T b<T ", 1},
     {"LastOfAName", holder("a", "") + holder("a", "") + holder("b", "a"), "a<T a<T b<a "},
