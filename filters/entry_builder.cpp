@@ -70,6 +70,7 @@ void EntryBuilder::Note(NoteKind kind, std::string text) {
 void EntryBuilder::AddCuttingTool(std::unique_ptr<tdbCuttingTool> cutting_tool,
                                   const CutterPlan& plan, double length) {
   for (const std::string& remark : plan.remarks) Note(NoteKind::kApproximated, remark);
+  is_redrawn_ = !plan.remarks.empty();
   type_name_ = cutting_tool->GetTypeName();
   AddAt(std::move(cutting_tool), -length);
 }

@@ -47,6 +47,9 @@ class EntryBuilder {
   /// Adds the cutting tool with its tip `length` below the tool's origin.
   void AddCuttingTool(std::unique_ptr<tdbCuttingTool> cutting_tool, const CutterPlan& plan,
                       double length);
+  /// True when the cutting tool does not show every number as the file has it: then the file's own
+  /// are to be kept too.
+  bool IsRedrawn() const { return is_redrawn_; }
   /// Adds a holder or a use of one with its nose `z` above the tool's origin.
   void AddAt(std::unique_ptr<tdbItem> item, double z);
 
@@ -62,6 +65,7 @@ class EntryBuilder {
   std::string mapped_;
   std::string kept_;
   bool marks_replaced_ = false;
+  bool is_redrawn_ = false;
 };
 
 }  // namespace tooldb

@@ -254,7 +254,8 @@ void BitReader::KeepRest() {
     builder_.Keep(name, value);
   };
   for (const auto& [key, parameter] : parameters_) {
-    if (!parameter.read) flatten_json(kPrefix + "." + parameter.name, *parameter.value, keep);
+    if (parameter.read && !builder_.IsRedrawn()) continue;
+    flatten_json(kPrefix + "." + parameter.name, *parameter.value, keep);
   }
   for (const char* key : {"shape", "shape-type", "attribute"}) {
     if (const Json* value = root_.Read(key)) flatten_json(kPrefix + "." + key, *value, keep);

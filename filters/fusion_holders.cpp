@@ -97,23 +97,20 @@ FusionHolders::Pooled* FusionHolders::Pool(const Json& holder, LengthUnit unit) 
   return &place->second;
 }
 
-bool FusionHolders::Count(const Json& holder, LengthUnit unit) {
-  Pooled* pooled = Pool(holder, unit);
-  if (pooled != nullptr) ++pooled->uses;
-  return pooled != nullptr;
+void FusionHolders::Count(const Json& holder, LengthUnit unit) {
+  if (Pooled* pooled = Pool(holder, unit)) ++pooled->uses;
 }
 
-bool FusionHolders::CountAlone(const Json& holder) {
+void FusionHolders::CountAlone(const Json& holder) {
   JsonFields fields(holder);
-  Pooled* pooled = Pool(holder, read_fusion_unit(fields).value_or(LengthUnit::kMillimetre));
-  if (pooled != nullptr) pooled->alone = true;
-  return pooled != nullptr;
+  const LengthUnit unit = read_fusion_unit(fields).value_or(LengthUnit::kMillimetre);
+  if (Pooled* pooled = Pool(holder, unit)) pooled->alone = true;
 }
 
 std::string FusionHolders::FreeCode(const Pooled& pooled) {
   std::string name = holder_name(*pooled.source);
   if (name.empty()) name = "Holder";
-  name = at_most(name, kLongestName);
+  name = std::string(trimmed_text(at_most(name, kLongestName)));
   JsonFields fields(*pooled.source);
   if (read_fusion_unit(fields).value_or(pooled.shape.unit) != pooled.shape.unit) {
     name += pooled.shape.unit == LengthUnit::kInch ? " in" : " mm";  // beside the original

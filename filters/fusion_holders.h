@@ -29,10 +29,10 @@ std::optional<LengthUnit> read_fusion_unit(JsonFields& fields);
 /// The holders of one library: what is repeated becomes a component that its tools share.
 class FusionHolders {
  public:
-  /// Counts one use, by a tool whose lengths are in `unit`. False when `holder` has no outline.
-  bool Count(const Json& holder, LengthUnit unit);
+  /// Counts one use, by a tool whose lengths are in `unit`. One without an outline does not count.
+  void Count(const Json& holder, LengthUnit unit);
   /// Counts a holder that stands in the library by itself: it becomes a component.
-  bool CountAlone(const Json& holder);
+  void CountAlone(const Json& holder);
 
   /// Makes the components; to be called once, when all are counted. The entries of those that do
   /// not stand in the library by themselves.

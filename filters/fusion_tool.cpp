@@ -301,6 +301,7 @@ void FusionToolReader::KeepRest() {
   for (const char* key : {"unit", "description"}) entry_.Skip(key);
   if (geometry_.IsObject()) entry_.Skip("geometry");
   // A zero says that the key does not apply.
+  if (builder_.IsRedrawn()) geometry_ = JsonFields(field_or_null(*entry_json_, "geometry"));
   geometry_.KeepUnread("FUSION.geometry", [&](const std::string& name, std::string_view value) {
     if (value != "0") keep(name, value);
   });

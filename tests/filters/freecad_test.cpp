@@ -216,6 +216,13 @@ TEST(FreeCadBit, KeepsWhatHasNoPlace) {
   EXPECT_STREQ(tool.GetDescr(), "2,5mm dual flute ball nose");
 }
 
+TEST(FreeCadBit, KeepsItsOwnNumbersWhereTheyAreNotDrawnAsTheyStand) {
+  const ImportResult raised = import_sample("freecad/loobric/Bit/test_vbit_60deg.fctb");
+  EXPECT_STREQ(raised.entries.at(0).tool->GetParamValue("FREECAD.CuttingEdgeHeight"), "10.00 mm");
+  const ImportResult exact = import_sample("freecad/loobric/Bit/test_endmill_6mm.fctb");
+  EXPECT_EQ(exact.entries.at(0).tool->GetParamIndex("FREECAD.CuttingEdgeHeight"), -1);
+}
+
 TEST(FreeCadBit, AChiploadIsTheChipThicknessToAimAt) {
   const ImportEntry entry =
       import_bit("endmill.fcstd", R"("Diameter": "0.5 in", "Chipload": "0.004 in")");

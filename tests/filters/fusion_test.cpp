@@ -113,6 +113,13 @@ TEST(FusionTypes, EveryTypeAccountsForItselfAndEveryCutterHasItsLength) {
   }
 }
 
+TEST(FusionTypes, KeepItsOwnNumbersWhereTheyAreNotDrawnAsTheyStand) {
+  const ImportEntry redrawn = import_entry("chamfer mill", kBody + R"(, "TA": 5)");
+  EXPECT_STREQ(redrawn.tool->GetParamValue("FUSION.geometry.DC"), "10");
+  const ImportEntry exact = import_entry("flat end mill", kBody);
+  EXPECT_EQ(exact.tool->GetParamIndex("FUSION.geometry.DC"), -1);
+}
+
 TEST(FusionForm, ItsProfileIsTheOutline) {
   const ImportEntry entry = import_entry("form mill", R"("DC": 10, "OAL": 20, "profile": [
       {"end": [0, 0]}, {"end": [3, 0]},
