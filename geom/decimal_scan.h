@@ -1,12 +1,41 @@
 #pragma once
 
 #include <array>
+#include <bit>
+#include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
+#include <system_error>
 
 #include "geom/number_text.h"
 
 namespace tooldb {
+
+namespace decimal_scan {
+
+// Eight characters at once, the first in the lowest byte.
+inline std::uint64_t eight_at(const char* p) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, p, 8);
+  return word;
+}
+
+inline bool are_digits(std::uint64_t eight) {
+  constexpr std::uint64_t kHigh = 0xF0F0F0F0F0F0F0F0;
+  // A digit is 0x30 to 0x39: its high half is 3, and still is after 6 is added.
+  return ((eight & kHigh) | (((eight + 0x0606060606060606) & kHigh) >> 4)) == 0x3333333333333333;
+}
+
+// Adds neighbours up: to pairs, then all four pairs in two multiplications.
+inline std::uint64_t value_of(std::uint64_t eight) {
+  constexpr std::uint64_t kPair = 0x000000FF000000FF;
+  eight -= 0x3030303030303030;
+  eight = eight * 10 + (eight >> 8);
+  return ((eight & kPair) * 0x000F424000000064 + (eight >> 16 & kPair) * 0x0000271000000001) >> 32;
+}
+
+}  // namespace decimal_scan
 
 /// Reads the decimal number that starts at `p`: sign, digits, point, exponent. The value is the
 /// nearest double; infinite or 0 where double has no such number.
@@ -32,6 +61,13 @@ inline const char* scan_decimal(const char* p, const char* end, double& value) {
   std::ptrdiff_t power = 0;
   if (p < end && *p == '.') {
     const char* const fraction = ++p;
+    if constexpr (std::endian::native == std::endian::little) {
+      for (; end - p >= 8; p += 8) {
+        const std::uint64_t eight = decimal_scan::eight_at(p);
+        if (!decimal_scan::are_digits(eight)) break;
+        mantissa = mantissa * 100000000 + decimal_scan::value_of(eight);
+      }
+    }
     for (; p < end && digit() <= 9; ++p) mantissa = mantissa * 10 + digit();
     power = fraction - p;
     digits -= power;
@@ -58,7 +94,10 @@ inline const char* scan_decimal(const char* p, const char* end, double& value) {
       magnitude *= kPowersOfTen[static_cast<std::size_t>(power)];
     }
   } else {
-    magnitude = leading_number(std::string_view(first, static_cast<std::size_t>(p - first)));
+    const auto read = std::from_chars(first, p, magnitude);
+    if (read.ec == std::errc::result_out_of_range) {
+      magnitude = leading_number(std::string_view(first, static_cast<std::size_t>(p - first)));
+    }
   }
   value = negative ? -magnitude : magnitude;
   return p;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "geom/euler_angles.h"
+#include "geom/fresh_memory.h"
 #include "geom/parallel.h"
 #include "geom/polygons.h"
 #include "geom/triangulation.h"
@@ -184,7 +185,10 @@ bool revolve(std::span<const Vec2> outline, const Revolution& how, std::vector<F
   const Columns columns = make_columns(ring_count(largest_x(*points), how.chord_tolerance), how);
   const std::size_t before = mesh.size();
   const auto bands = make_bands(*points, before, columns.Steps());
-  mesh.resize(bands.back().first + bands.back().FacetsPerStep() * columns.Steps());
+  const std::size_t after = bands.back().first + bands.back().FacetsPerStep() * columns.Steps();
+  if (mesh.empty()) mesh.reserve(after);
+  touch_spare(mesh, after - before);
+  mesh.resize(after);
   parallel_for(bands.size(), kSegmentsPerTask, [&](std::size_t begin, std::size_t end) {
     for (std::size_t i = begin; i < end; ++i) fill_band(&mesh[bands[i].first], bands[i], columns);
   });

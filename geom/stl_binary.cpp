@@ -1,12 +1,15 @@
 #include "geom/stl_binary.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <span>
 
+#include "geom/fresh_memory.h"
 #include "geom/parallel.h"
 #include "geom/stl.h"
 
@@ -21,11 +24,10 @@ constexpr std::size_t kFacetsPerTask = 2048;
 constexpr std::string_view kHeader = "binary STL";
 
 std::uint32_t word_at(const char* p) {
-  std::uint32_t word = 0;
-  for (unsigned i = 0; i < 4; ++i) {
-    word |= std::uint32_t{static_cast<unsigned char>(p[i])} << (8 * i);
-  }
-  return word;
+  std::array<unsigned char, 4> bytes;  // NOLINT(*-member-init): filled by memcpy
+  std::memcpy(bytes.data(), p, bytes.size());
+  if constexpr (std::endian::native == std::endian::big) std::ranges::reverse(bytes);
+  return std::bit_cast<std::uint32_t>(bytes);
 }
 
 void append_word(std::string& out, std::uint32_t word) {
@@ -107,6 +109,7 @@ std::optional<std::vector<Facet>> read_stl_binary(ByteSource& source, std::strin
   }
   std::vector<Facet> mesh;
   mesh.reserve(static_cast<std::size_t>(*count));
+  touch_spare(mesh, mesh.capacity());
   Findings findings;
   for (std::uint64_t read = 0; read < *count;) {
     const auto wanted =

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "geom/decimal_scan.h"
+#include "geom/fresh_memory.h"
 #include "geom/parallel.h"
 
 namespace tooldb {
@@ -179,6 +180,12 @@ void parse(std::vector<Piece>& pieces) {
   });
 }
 
+std::size_t facets_in(const std::vector<Piece>& pieces) {
+  std::size_t count = 0;
+  for (const Piece& piece : pieces) count += piece.facets.size();
+  return count;
+}
+
 // Room for the whole mesh, should it go on as it began; what is not used takes no memory.
 void reserve(std::vector<Facet>& mesh, std::uint64_t read, std::uint64_t size) {
   constexpr double kSpare = 1.02;
@@ -242,6 +249,7 @@ std::optional<std::vector<Facet>> read_stl_text(ByteSource& source, std::string&
     parse(pieces);
     const std::uint64_t begin = offset;
     offset = is_last ? size : offset + block.size();
+    touch_spare(mesh, facets_in(pieces));
     for (const Piece& piece : pieces) {
       mesh.insert(mesh.end(), piece.facets.begin(), piece.facets.end());
       const Stop& stop = piece.stop;
