@@ -70,8 +70,8 @@ class TDB_EXPORT tdbProfile {
   static bool HilightCuttingProfile(const tdbToolCutter& cutter, double tolerance,
                                     std::vector<std::vector<Point2d<double>>>& pieces);
 
-  /// Why a cutter, shank or holder has no outline, in words: the parameter and the reason. Empty
-  /// when it has one, and for every other item.
+  /// Why a cutter, shank or holder has no outline, in words: the parameter and the reason; of a
+  /// model file, why the library cannot read it. Empty when it has one, and for other items.
   static std::string OutlineError(const tdbItem& item);
 
   /// The parameters that the outline of a cutter, shank or holder is made of, in the order of the

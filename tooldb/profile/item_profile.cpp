@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "geom/polyline.h"
+#include "geom/turning_profile.h"
 #include "tooldb/contour.h"
 #include "tooldb/platform/guard.h"
 #include "tooldb/profile.h"
@@ -93,12 +94,31 @@ Contours silhouette(const std::vector<Facet>& triangles, double tolerance) {
   return {points};
 }
 
+// The section of a body that does not spin with the turning plane.
+Contours turning_section(std::vector<Facet> triangles) {
+  constexpr double kShortestNormal = 1e-9;
+  constexpr double kWeld = 0.01;
+  constexpr TurningSection kSection{.grid = 0.01,
+                                    .tolerance = 0.002,
+                                    .max_gap = 1,
+                                    .max_steps = 5000,
+                                    .passes = 2,
+                                    .unite = true,
+                                    .holes = false};
+  for (Facet& f : triangles) f.n = facet_normal(f.a, f.b, f.c, kShortestNormal);
+  VexaTurningProfile section(kWeld);
+  section.Add(triangles);
+  Contours contours;
+  section.Compute(contours, kSection);
+  return contours;
+}
+
 std::optional<Contours> model_contours(const tdbItem& item, kinSceneManager* scene,
                                        double tolerance, long mode) {
-  const auto triangles = model_triangles(item, scene);
+  auto triangles = model_triangles(item, scene);
   if (!triangles) return std::nullopt;
-  if (mode == kSilhouetteMode) return silhouette(*triangles, tolerance);
-  return Contours();
+  return mode == kSilhouetteMode ? silhouette(*triangles, tolerance)
+                                 : turning_section(*std::move(triangles));
 }
 
 // Fewer points for the same shape, clockwise.

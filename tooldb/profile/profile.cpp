@@ -2,10 +2,26 @@
 
 #include "geom/polygons.h"
 #include "geom/silhouette.h"
+#include "tooldb/platform/guard.h"
 #include "tooldb/profile/body_outline.h"
 #include "tooldb/profile/contour_text.h"
 #include "tooldb/profile/insert_outline.h"
 #include "tooldb/profile/polyshift.h"
+#include "tooldb/profile/stl_file.h"
+
+namespace {
+
+// Why the library's own scene manager cannot load the model of an item; empty when it can.
+std::string model_error(const tdbItem& item) {
+  if (*item.GetShapeFilePath() == '\0') return "no model file is set";
+  tdbError error;
+  const bool loaded = tooldb::guarded(
+      error, false, [&] { return !tooldb::read_stl_file(item.GetShapeFilePath()).empty(); });
+  if (loaded) return {};
+  return error.message.empty() ? "the model file holds no triangle" : error.message;
+}
+
+}  // namespace
 
 bool tdbProfile::ExtractProfile(const std::vector<Triangle<double>>& triangles,
                                 std::vector<Point2d<double>>& points, float tolerance) {
@@ -30,8 +46,7 @@ bool tdbProfile::CreateInsertProfile(const tdbInsertGeometry& insert, std::strin
 
 std::string tdbProfile::OutlineError(const tdbItem& item) {
   if (tooldb::body_class(item) == tooldb::BodyClass::kNone) return {};
-  if (!tooldb::is_model(item)) return tooldb::body_outline(item).refusal;
-  return *item.GetShapeFilePath() == '\0' ? "no model file is set" : "";
+  return tooldb::is_model(item) ? model_error(item) : tooldb::body_outline(item).refusal;
 }
 
 std::vector<tdbDimension> tdbProfile::GetDimensions(const tdbItem& item) {

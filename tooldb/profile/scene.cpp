@@ -51,9 +51,8 @@ class StlSceneManager final : public kinSceneManager {
  public:
   kinShape* LoadShape(const std::string& path, const std::string& /*options*/) override {
     tdbError error;
-    auto triangles =
-        guarded(error, std::optional<std::vector<Facet>>(), [&] { return read_stl_file(path); });
-    return triangles ? CreateShape(*triangles) : nullptr;
+    kinShape* none = nullptr;
+    return guarded(error, none, [&]() -> kinShape* { return new MeshShape(read_stl_file(path)); });
   }
   kinShape* CreateShape(const std::vector<Triangle<double>>& triangles) override {
     return new MeshShape(triangles);

@@ -1,9 +1,13 @@
 #pragma once
-#include <optional>
+
 #include <string>
 #include <vector>
 
 #include "geom/vector_math.h"
+
 namespace tooldb {
-std::optional<std::vector<Facet>> read_stl_file(const std::string& path);
+
+/// The mesh of an STL file, text or binary; raises `tdbError` with the path and the reason.
+std::vector<Facet> read_stl_file(const std::string& path);
+
 }  // namespace tooldb
