@@ -2,6 +2,7 @@
 
 #include "geom/number_text.h"
 #include "tooldb/model/text.h"
+#include "tooldb/platform/error_codes.h"
 #include "tooldb/xml/grammar.h"
 
 namespace tooldb {
@@ -27,9 +28,9 @@ Element* following(Element* element) {
 ParsedEntry::ParsedEntry(Entry& entry) : first_line_(entry.line) {
   document_.Parse(entry.text.data(), entry.text.size());
   if (document_.Error() || document_.RootElement() == nullptr) {
-    throw tdbError(1, line_text(first_line_ + document_.ErrorLineNum() - 1) +
-                          "the XML cannot be parsed (" + document_.ErrorName() +
-                          "); mend it in a text editor, or export the file again");
+    throw tdbError(kGeneralError, line_text(first_line_ + document_.ErrorLineNum() - 1) +
+                                      "the XML cannot be parsed (" + document_.ErrorName() +
+                                      "); mend it in a text editor, or export the file again");
   }
   MarkRawContents(entry);
 }

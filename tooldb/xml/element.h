@@ -22,7 +22,7 @@ class ParsedEntry {
   /// Raises `tdbError`, code 1, when the parser refuses the text.
   explicit ParsedEntry(Entry& entry);
 
-  const Element& root() const { return *document_.RootElement(); }
+  const Element& Root() const { return *document_.RootElement(); }
   /// Line of the whole document in which an element begins.
   int LineOf(const Element& element) const { return first_line_ + element.GetLineNum() - 1; }
   /// "line 12: ", for a message about an element.

@@ -6,6 +6,7 @@
 #include "geom/number_text.h"
 #include "tooldb/model/text.h"
 #include "tooldb/model/type_tables.h"
+#include "tooldb/platform/error_codes.h"
 #include "tooldb/xml/conditions_reader.h"
 #include "tooldb/xml/grammar.h"
 #include "tooldb/xml/older_attributes.h"
@@ -14,7 +15,6 @@
 namespace tooldb {
 namespace {
 
-constexpr int kUnknownType = 3;
 constexpr long kTemporaryFlag = 1;
 constexpr double kWholeSection = 180;
 
@@ -22,11 +22,11 @@ constexpr double kWholeSection = 180;
 template <std::size_t N>
 int optional_type(const std::array<TypeName, N>& table, const ParsedEntry& entry,
                   std::string_view attribute_name) {
-  const std::string name = upper_text(clean_name(attribute(entry.root(), attribute_name)));
+  const std::string name = upper_text(clean_name(attribute(entry.Root(), attribute_name)));
   if (name.empty()) return table[0].code;
   if (const auto code = type_code(table, name)) return *code;
-  throw tdbError(kUnknownType, entry.Where(entry.root()) + "\"" + name + "\" is no " +
-                                   std::string(attribute_name) + " of a TOOL; correct it");
+  throw tdbError(kUnknownTypeError, entry.Where(entry.Root()) + "\"" + name + "\" is no " +
+                                        std::string(attribute_name) + " of a TOOL; correct it");
 }
 
 int unit_of(const Element& element) {
@@ -51,7 +51,7 @@ void read_dimensions(const Element& element, tdbTool& tool) {
 }
 
 void read_attributes(const ParsedEntry& entry, tdbTool& tool) {
-  const Element& element = entry.root();
+  const Element& element = entry.Root();
   tool.SetCode(code_of(element));
   tool.SetName(clean_name(attribute(element, att::kName)));
   tool.SetType(optional_type(kToolTypes, entry, att::kType));
@@ -127,14 +127,15 @@ std::unique_ptr<tdbTool> read_tool(Entry& entry, const ReadContext& context) {
   read_attributes(parsed, *tool);
   ItemReader items(parsed, context, *tool);
   Scope scope{*tool};
-  for (auto* child = parsed.root().FirstChildElement(); child;
+  for (auto* child = parsed.Root().FirstChildElement(); child;
        child = child->NextSiblingElement()) {
     const std::string name = upper_name(*child);
     const auto row = std::ranges::find(kToolChildren, name, &ChildRow::name);
     if (row != kToolChildren.end()) {
       row->read(*child, *tool);
     } else if (!items.Read(*child, scope) && !is_pose_child(name)) {
-      items.Note(1, *child, "the element " + shown_tag(child->Name()) + " is not known; left out");
+      items.Note(kGeneralError, *child,
+                 "the element " + shown_tag(child->Name()) + " is not known; left out");
     }
   }
   return tool;
@@ -142,7 +143,7 @@ std::unique_ptr<tdbTool> read_tool(Entry& entry, const ReadContext& context) {
 
 std::unique_ptr<tdbToolComponent> read_component(Entry& entry, const ReadContext& context) {
   const ParsedEntry parsed(entry);
-  const Element& element = parsed.root();
+  const Element& element = parsed.Root();
   auto component = std::make_unique<tdbToolComponent>();
   component->SetCode(clean_name(attribute(element, att::kCode)));
   component->SetName(clean_name(attribute(element, att::kName)));

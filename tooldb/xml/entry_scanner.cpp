@@ -4,6 +4,7 @@
 
 #include "geom/number_text.h"
 #include "tooldb/model/text.h"
+#include "tooldb/platform/error_codes.h"
 #include "tooldb/xml/grammar.h"
 
 namespace tooldb {
@@ -39,7 +40,7 @@ class EntryTracker {
   }
 
   bool Done() const { return open_.empty(); }
-  std::string_view innermost() const { return open_.back().name; }
+  std::string_view Innermost() const { return open_.back().name; }
   std::vector<RawContent> TakeRaw() { return std::move(raw_); }
 
  private:
@@ -48,7 +49,7 @@ class EntryTracker {
       open_.back().has_elements = true;
       if (is_name(tag.name, tag::kTool)) {
         throw MarkupError{tag.begin, tag.begin,
-                          "a tool begins before " + shown_tag(innermost()) + " is closed"};
+                          "a tool begins before " + shown_tag(Innermost()) + " is closed"};
       }
     }
     const std::size_t number = count_++;
@@ -100,7 +101,7 @@ std::optional<Entry> EntryScanner::Next() {
     append_integer(message, LineAt(fault.offset));
     message += ": " + fault.what + "; mend it in a text editor, or export the file again";
     SkipBrokenEntry(fault);
-    throw tdbError(1, message);
+    throw tdbError(kGeneralError, message);
   }
 }
 
@@ -140,7 +141,7 @@ Entry EntryScanner::ReadEntry(const Tag& start) {
     last = scanner_.Next();
     if (last.kind == Tag::Kind::kEndOfText) {
       throw MarkupError{start.begin, start.end,
-                        "the text ends before " + shown_tag(tracker.innermost()) +
+                        "the text ends before " + shown_tag(tracker.Innermost()) +
                             " of this element is closed: a part of it is missing"};
     }
   }

@@ -7,6 +7,7 @@
 
 #include "tooldb/model/text.h"
 #include "tooldb/model/type_tables.h"
+#include "tooldb/platform/error_codes.h"
 #include "tooldb/tool_parts.h"
 #include "tooldb/xml/grammar.h"
 #include "tooldb/xml/model_path.h"
@@ -15,8 +16,6 @@
 namespace tooldb {
 namespace {
 
-constexpr int kUnknownType = 3;
-constexpr int kComponentNotFound = 21;
 // What a cutting tool without a name for its type is written with.
 constexpr std::string_view kUndefined = "UNDEF";
 
@@ -29,8 +28,8 @@ int required_type(const std::array<TypeName, N>& table, const Element& element) 
   const std::string name = type_text(element);
   const auto code = type_code(table, name);
   if (!code) {
-    throw tdbError(kUnknownType, "\"" + name + "\" is no type of a " + upper_name(element) +
-                                     "; correct its TYPE");
+    throw tdbError(kUnknownTypeError, "\"" + name + "\" is no type of a " + upper_name(element) +
+                                          "; correct its TYPE");
   }
   return *code;
 }
@@ -164,14 +163,15 @@ tdbItem& ItemReader::Attach(const Element& element, std::unique_ptr<tdbItem> ite
   if (parent == nullptr) {
     parent = &scope.owner;
     if (parent == &root_) {
-      Note(1, element,
+      Note(kGeneralError, element,
            "no part is named \"" + name + "\"; the " + upper_name(element) + " \"" +
                item->GetName() + "\" hangs on \"" + root_.GetName() + "\" instead");
     }
   }
   if (!assembly_.HasRoomBelow(*parent)) {
-    throw tdbError(1, entry_.Where(element) +
-                          "parts hang on one another more than 100 deep; correct their PARENT");
+    throw tdbError(kGeneralError,
+                   entry_.Where(element) +
+                       "parts hang on one another more than 100 deep; correct their PARENT");
   }
   tdbItem& added = *item;
   assembly_.Add(std::move(item), *parent, scope);
@@ -190,7 +190,8 @@ void ItemReader::ReadMembers(const Element& element, tdbItem& item) {
   if (holder != nullptr && !holder->GetComponentCode().empty()) {
     // A definition would write what is loaded here as its own, beside the code.
     if (holder->IsComponent()) {
-      Note(1, element, "a holder inside a component cannot be taken from the library; it is empty");
+      Note(kGeneralError, element,
+           "a holder inside a component cannot be taken from the library; it is empty");
     } else {
       LoadComponent(element, *group, holder->GetComponentCode());
     }
@@ -207,7 +208,7 @@ void ItemReader::LoadComponent(const Element& element, tdbCompositeItem& user,
     assembly_.AddMembers(user, *component);
     return;
   }
-  Note(kComponentNotFound, element,
+  Note(kComponentNotFoundError, element,
        "component \"" + code + "\" is not in the components library; add it there, or link it");
 }
 
@@ -224,7 +225,8 @@ void ItemReader::ReadContent(const Element& element, tdbItem& item) {
     const std::string name = upper_name(*child);
     if (find_item_row(name) != nullptr) {
       if (!takes_items) {
-        Note(1, *child, "a " + name + " cannot stand in a " + upper_name(element) + "; left out");
+        Note(kGeneralError, *child,
+             "a " + name + " cannot stand in a " + upper_name(element) + "; left out");
       }
     } else if (const ChildRow* row = FindChildRow(name)) {
       row->read(*this, *child, item);
@@ -237,7 +239,8 @@ void ItemReader::ReadContent(const Element& element, tdbItem& item) {
 // Any other element with a text is a parameter of that name.
 void ItemReader::ReadParameter(const Element& child, tdbItem& item) {
   if (child.FirstChildElement() != nullptr) {
-    Note(1, child, "the element " + shown_tag(child.Name()) + " is not known; left out");
+    Note(kGeneralError, child,
+         "the element " + shown_tag(child.Name()) + " is not known; left out");
     return;
   }
   std::string name = child.Name();

@@ -39,8 +39,7 @@ class MarkupScanner {
   /// The next tag. Raises `MarkupError`; the scanner then stands where it stood before the call.
   Tag Next();
 
-  /// Where the next call begins.
-  std::size_t offset() const { return offset_; }
+  /// The next call begins at `offset`.
   void MoveTo(std::size_t offset) { offset_ = offset; }
 
  private:

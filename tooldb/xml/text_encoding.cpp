@@ -5,6 +5,7 @@
 
 #include "geom/number_text.h"
 #include "tooldb/error.h"
+#include "tooldb/platform/error_codes.h"
 
 namespace tooldb {
 namespace {
@@ -88,9 +89,10 @@ void refuse_zero_bytes(std::string_view text) {
   if (zero == std::string_view::npos) return;
   std::string message = "line ";
   append_integer(message, 1 + std::ranges::count(text.substr(0, zero), '\n'));
-  throw tdbError(1, message +
-                        ": a zero byte in the text; the file is damaged, or UTF-16 without a "
-                        "byte-order mark: save it as UTF-8");
+  throw tdbError(kGeneralError,
+                 message +
+                     ": a zero byte in the text; the file is damaged, or UTF-16 without a "
+                     "byte-order mark: save it as UTF-8");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "geom/number_text.h"
 #include "tooldb/model/text.h"
+#include "tooldb/platform/error_codes.h"
 #include "tooldb/platform/file_name.h"
 #include "tooldb/platform/file_system.h"
 #include "tooldb/platform/guard.h"
@@ -18,8 +19,6 @@
 
 namespace tooldb {
 namespace {
-
-constexpr int kEmptyCode = 22;
 
 template <class Part>
 struct EntryKind;
@@ -41,7 +40,8 @@ ComponentFinder finder_in(tdbToolComponentsDB* components) {
 }
 
 tdbError missing_element(std::string_view name) {
-  return tdbError(1, "there is no element " + shown_tag(name) + "; is it a file of this kind?");
+  return tdbError(kGeneralError,
+                  "there is no element " + shown_tag(name) + "; is it a file of this kind?");
 }
 
 // The first entry of its kind in a document that must be sound to its end.
@@ -108,7 +108,7 @@ class Importer {
     if (code.empty()) {
       std::string where = "line ";
       append_integer(where, entry.line);
-      throw tdbError(kEmptyCode,
+      throw tdbError(kEmptyCodeError,
                      where + ": a " + entry.name + " has neither code nor name; give it a NAME");
     }
     part->SetCode(codes_.Unique(code));
@@ -164,7 +164,7 @@ auto with_file_name(std::string_view path, Body&& body) {
 }
 
 const char* required(const char* text, const char* what) {
-  if (text == nullptr) throw tdbError(1, std::string("no ") + what + " was given");
+  if (text == nullptr) throw tdbError(kGeneralError, std::string("no ") + what + " was given");
   return text;
 }
 
