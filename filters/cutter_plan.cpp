@@ -141,8 +141,6 @@ CutterPlan plain_cutter(const CutterSize& size) {
   return plan;
 }
 
-CutterPlan ball_cutter(const CutterSize& size) { return semispheric(size, size.diameter / 2, {}); }
-
 CutterPlan bull_nose_cutter(const CutterSize& size) {
   if (size.corner_radius <= 0) return plain_cutter(size);
   CutterPlan plan;
@@ -258,11 +256,9 @@ CutterPlan tapered_cutter(const CutterSize& size) {
 }
 
 CutterPlan tapered_ball_cutter(const CutterSize& size) {
-  CutterSize ball = size;
-  ball.corner_radius = size.diameter / 2;
-  ball.diameter = 2 * ball.corner_radius * tan_deg((90 - size.side_angle) / 2);
   if (std::abs(size.side_angle) >= 90) return tapered_cutter(size);
-  return tapered(ball, ball.diameter, ball.corner_radius, {});
+  const double radius = size.diameter / 2;
+  return tapered(size, 2 * radius * tan_deg((90 - size.side_angle) / 2), radius, {});
 }
 
 CutterPlan drill_cutter(const CutterSize& size) {

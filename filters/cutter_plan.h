@@ -69,8 +69,7 @@ using CutterRecipe = CutterPlan (*)(const CutterSize& size);
 
 /// The plain cylinder: flat end mills, and whatever has no outline of its own.
 CutterPlan plain_cutter(const CutterSize& size);
-CutterPlan ball_cutter(const CutterSize& size);
-/// Without a corner radius a flat one.
+/// A ball when the radius is half the diameter; without a radius a flat one.
 CutterPlan bull_nose_cutter(const CutterSize& size);
 /// Where the cone is higher than the cutting length, the cutting length grows.
 CutterPlan pointed_cutter(const CutterSize& size);

@@ -73,11 +73,11 @@ void LibraryReader::ReadTool(const Json& reference) {
     entry = import_freecad_bit(*bytes, *path);
     if (entry.tool) AddNumber(fields, entry);
   } else {
-    const std::string reason = path ? "is not beside the library" : "is no path of a bit";
-    entry.notes.push_back(
-        {NoteKind::kFailed, "number " + fields.Text("nr") + ", \"" + named + "\": " + reason});
+    entry.notes.push_back({NoteKind::kFailed, path ? "the bit is not beside the library"
+                                                   : "that is no path of a bit"});
   }
-  entry.source = file_name_ + ": " + (named.empty() ? "a tool without a path" : named);
+  entry.source = file_name_ + ": number " + fields.Text("nr") + ", " +
+                 (named.empty() ? "without a path" : named);
   result_.entries.push_back(std::move(entry));
 }
 
