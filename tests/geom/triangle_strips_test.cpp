@@ -1,0 +1,88 @@
+#include "geom/triangle_strips.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "tests/geom/row_name.h"
+
+namespace tooldb {
+namespace {
+
+using Triangles = std::vector<IndexTriangle>;
+
+// Each triangle begun at its smallest corner, in order.
+Triangles sorted(Triangles triangles) {
+  for (IndexTriangle& t : triangles)
+    std::rotate(t.begin(), std::min_element(t.begin(), t.end()), t.end());
+  std::ranges::sort(triangles);
+  return triangles;
+}
+
+Triangles grid(std::uint32_t columns, std::uint32_t rows) {
+  Triangles triangles;
+  const std::uint32_t wide = columns + 1;
+  for (std::uint32_t y = 0; y < rows; ++y) {
+    for (std::uint32_t x = 0; x < columns; ++x) {
+      const std::uint32_t a = y * wide + x;
+      triangles.push_back({a, a + 1, a + wide + 1});
+      triangles.push_back({a, a + wide + 1, a + wide});
+    }
+  }
+  return triangles;
+}
+
+Triangles shuffled(Triangles triangles) {
+  std::ranges::shuffle(triangles, std::mt19937(4));
+  return triangles;
+}
+
+Triangles random_triangles() {
+  std::mt19937 random(6);
+  Triangles triangles(500);
+  for (IndexTriangle& t : triangles) {
+    for (std::uint32_t& corner : t) corner = static_cast<std::uint32_t>(random() % 30);
+  }
+  std::erase_if(triangles, [](const IndexTriangle& t) {
+    return t[0] == t[1] || t[1] == t[2] || t[2] == t[0];
+  });
+  return triangles;
+}
+
+struct StripCase {
+  const char* name;
+  Triangles triangles;
+  std::size_t most_strips;
+};
+const StripCase kMeshes[] = {
+    {"Nothing", {}, 0},
+    {"OneTriangle", {{7, 8, 9}}, 1},
+    {"Band", grid(50, 1), 1},
+    {"Grid", grid(20, 20), 20},
+    {"ShuffledGrid", shuffled(grid(20, 20)), 200},
+    {"Tetrahedron", {{0, 2, 1}, {0, 1, 3}, {1, 2, 3}, {2, 0, 3}}, 2},
+    {"TwiceTheSame", {{0, 1, 2}, {0, 1, 2}}, 2},
+    {"BackToBack", {{0, 1, 2}, {0, 2, 1}}, 2},
+    {"ThreeOnAnEdge", {{0, 1, 2}, {1, 0, 3}, {1, 0, 4}}, 2},
+    {"AnyTriangles", random_triangles(), 500},
+};
+class TriangleStrips : public testing::TestWithParam<StripCase> {};
+TEST_P(TriangleStrips, KeepEveryTriangleAndItsWinding) {
+  const auto strips = make_strips(GetParam().triangles);
+  EXPECT_LE(strips.size(), GetParam().most_strips);
+  EXPECT_EQ(sorted(triangles_of(strips)), sorted(GetParam().triangles));
+}
+INSTANTIATE_TEST_SUITE_P(Meshes, TriangleStrips, testing::ValuesIn(kMeshes), row_name<StripCase>);
+
+TEST(TriangleStripsByHand, ReadAsGraphicsDoes) {
+  const std::vector<Strip> strips = {{0, 1, 2, 3, 3, 4, 5}, {8, 9}, {}};
+  EXPECT_EQ(triangles_of(strips), (Triangles{{0, 1, 2}, {2, 1, 3}, {3, 4, 5}}));
+}
+
+TEST(TriangleStripsByHand, LeaveOutTrianglesWithoutArea) {
+  EXPECT_EQ(make_strips(Triangles{{1, 1, 2}, {3, 4, 3}}).size(), 0U);
+}
+
+}  // namespace
+}  // namespace tooldb
