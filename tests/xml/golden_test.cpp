@@ -94,9 +94,17 @@ INSTANTIATE_TEST_SUITE_P(Documents, Golden, testing::ValuesIn(kGoldenDocuments),
                          [](const auto& row) { return std::string(row.param.name); });
 
 // TOOLDB_LOCALES is a folder with de_DE.UTF-8, made when the tests are configured.
-TEST(GoldenLocale, ADecimalCommaChangesNothing) {
+const char* set_decimal_comma() {
+#if defined(_WIN32)
+  return std::setlocale(LC_ALL, "German");
+#else
   setenv("LOCPATH", TOOLDB_LOCALES, 1);
-  ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr)
+  return std::setlocale(LC_ALL, "de_DE.UTF-8");
+#endif
+}
+
+TEST(GoldenLocale, ADecimalCommaChangesNothing) {
+  ASSERT_NE(set_decimal_comma(), nullptr)
       << "no locale in " << TOOLDB_LOCALES << ": install localedef and the sources of locales";
   ASSERT_STREQ(std::localeconv()->decimal_point, ",");
   for (const GoldenDocument& document : kGoldenDocuments) {
