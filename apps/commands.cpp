@@ -8,6 +8,7 @@ extern const Command kShow;
 extern const Command kAdd;
 extern const Command kImport;
 extern const Command kExport;
+extern const Command kCheck;
 extern const Command kSet;
 extern const Command kClone;
 extern const Command kRename;
@@ -16,9 +17,9 @@ extern const Command kComponents;
 extern const Command kCompletion;
 
 std::span<const Command* const> commands() {
-  static constexpr const Command* kTable[] = {&kInit,   &kList,   &kShow,       &kAdd,
-                                              &kImport, &kExport, &kSet,        &kClone,
-                                              &kRename, &kRemove, &kComponents, &kCompletion};
+  static constexpr const Command* kTable[] = {
+      &kInit, &kList,  &kShow,   &kAdd,    &kImport,     &kExport,    &kCheck,
+      &kSet,  &kClone, &kRename, &kRemove, &kComponents, &kCompletion};
   return kTable;
 }
 

@@ -11,6 +11,12 @@ ComponentFolder::ComponentFolder(const std::string& path, Use use, Console& cons
   database_.Read();
 }
 
+std::vector<std::string> ComponentFolder::FileNames() const {
+  std::vector<std::string> names;
+  tdbFileUtil::get_files(path_, names, kComponentExtension);
+  return names;
+}
+
 std::string ComponentFolder::FilePath(const std::string& code) const {
   return path_ + '/' + tdbUtil::encoding_code(code) + kComponentExtension;
 }

@@ -21,6 +21,8 @@ class ComponentFolder {
 
   const std::string& Path() const { return path_; }
   tdbToolComponentsDB& Database() { return database_; }
+  /// Names of the component files, in byte order.
+  std::vector<std::string> FileNames() const;
   std::string FilePath(const std::string& code) const;
   bool HasFile(const std::string& code) const;
   std::vector<tdbToolComponent*> All();

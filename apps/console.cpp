@@ -49,6 +49,7 @@ bool Console::Failed() {
 }
 
 void Console::Message(std::string_view label, std::string_view color, std::string_view line) {
+  if (muted_) return;
   std::fflush(stdout);
   std::string text;
   if (color_err_) text += color;

@@ -25,6 +25,10 @@ class Console {
   /// True once an error was printed, or when standard output could not be written.
   bool Failed();
 
+  /// The exit code will be 1; what went wrong was printed already.
+  void Fail() { failed_ = true; }
+  /// Nothing is printed from now on.
+  void Mute() { muted_ = true; }
   void SetQuiet(bool quiet) { quiet_ = quiet; }
   bool IsQuiet() const { return quiet_; }
   /// True when results go to a terminal and the user has nothing against colours.
@@ -35,6 +39,7 @@ class Console {
 
   bool quiet_ = false;
   bool failed_ = false;
+  bool muted_ = false;
   bool color_out_;
   bool color_err_;
 };

@@ -126,23 +126,17 @@ std::string code_problem(const std::string& code) {
   return {};
 }
 
-std::vector<std::string> held_text_problems(tdbCompositeItem& root) {
+std::vector<std::string> parameter_name_problems(tdbCompositeItem& root) {
   std::vector<std::string> problems;
-  for (const HeldText& text : held_texts(root)) {
-    const std::string problem = text_problem(text.value, text.one_line);
-    if (!problem.empty()) problems.push_back(text.where + ": " + problem);
-  }
+  const auto add = [&](const std::string& name, const std::string& of, const std::string& problem) {
+    if (!problem.empty()) problems.push_back("parameter " + name + of + ": " + problem);
+  };
   if (const auto* tool = dynamic_cast<const tdbTool*>(&root)) {
-    for (const auto& [name, value] : tool->GetParamList()) {
-      const std::string problem = text_problem(name, true);
-      if (!problem.empty()) problems.push_back("name of parameter " + name + ": " + problem);
-    }
+    for (const auto& [name, value] : tool->GetParamList()) add(name, "", text_problem(name, true));
   }
   for (const TreeItem& entry : items_below(root)) {
     for (const auto& [name, value] : entry.item->GetParams()) {
-      const std::string problem = parameter_name_problem(name);
-      if (problem.empty()) continue;
-      problems.push_back("parameter " + name + of_item(*entry.item) + ": " + problem);
+      add(name, of_item(*entry.item), parameter_name_problem(name));
     }
   }
   return problems;
@@ -151,8 +145,13 @@ std::vector<std::string> held_text_problems(tdbCompositeItem& root) {
 void require_storable(tdbCompositeItem& root) {
   const std::string problem = code_problem(root.GetCode());
   if (!problem.empty()) throw Failure("code '" + root.GetCode() + "': " + problem);
-  const auto problems = held_text_problems(root);
-  if (!problems.empty()) throw Failure("tool '" + root.GetCode() + "', " + problems.front());
+  const std::string whose = "'" + root.GetCode() + "', ";
+  for (const HeldText& text : held_texts(root)) {
+    const std::string fault = text_problem(text.value, text.one_line);
+    if (!fault.empty()) throw Failure(whose + text.where + ": " + fault);
+  }
+  const auto names = parameter_name_problems(root);
+  if (!names.empty()) throw Failure(whose + names.front());
 }
 
 std::vector<std::string> make_storable(tdbCompositeItem& root) {

@@ -34,10 +34,10 @@ std::string parameter_name_problem(std::string_view name);
 /// Why a tool or component cannot have a code; empty when it can.
 std::string code_problem(const std::string& code);
 
-/// What is wrong with any text, parameter name or code below `root`; one line each.
-std::vector<std::string> held_text_problems(tdbCompositeItem& root);
+/// What is wrong with the names of parameters in `root` and below; one line each.
+std::vector<std::string> parameter_name_problems(tdbCompositeItem& root);
 
-/// Raises `Failure` with the first of them, or with what is wrong with the code.
+/// Raises `Failure` with what is wrong first: with the code, a text or a parameter's name.
 void require_storable(tdbCompositeItem& root);
 
 /// Puts the full-width forms of the three marks that files cannot hold in their place, and blanks

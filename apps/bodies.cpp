@@ -1,0 +1,111 @@
+#include "apps/bodies.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+
+#include "apps/tree_items.h"
+#include "tooldb/profile.h"
+#include "tooldb/tool_parts.h"
+
+namespace tooldb {
+namespace {
+
+constexpr long kSilhouette = 1;
+constexpr double kSameDirection = 1e-9;
+
+// Types whose outline is a plate: turning inserts and extruded contours. An insert of the kind
+// "centre" is turned nevertheless.
+constexpr std::array<int, 2> kPlateCutters = {7, 8};
+constexpr int kPlateShank = 5;
+constexpr int kPlateHolder = 4;
+constexpr int kTurningCentre = 25;
+
+std::optional<Body::Role> role_of(const tdbItem& item) {
+  if (dynamic_cast<const tdbToolCutter*>(&item) != nullptr) return Body::Role::kCutter;
+  if (dynamic_cast<const tdbToolShank*>(&item) != nullptr) return Body::Role::kShank;
+  if (dynamic_cast<const tdbToolHolder*>(&item) != nullptr) return Body::Role::kHolder;
+  return std::nullopt;
+}
+
+bool is_plate(const tdbItem& item, Body::Role role) {
+  const int type = item.GetType();
+  if (role == Body::Role::kShank) return type == kPlateShank;
+  if (role == Body::Role::kHolder) return type == kPlateHolder;
+  const tdbItem* parent = item.GetParent();
+  const bool is_centre = parent != nullptr && parent->GetType() == kTurningCentre &&
+                         dynamic_cast<const tdbCuttingTool*>(parent) != nullptr;
+  return std::ranges::find(kPlateCutters, type) != kPlateCutters.end() && !is_centre;
+}
+
+Body body_of(tdbItem& item, Body::Role role, double tolerance) {
+  Body body{&item, role, !is_plate(item, role), item.GetAbsPos(), {}, {}};
+  body.refusal = tdbProfile::OutlineError(item);
+  if (!body.refusal.empty()) return body;
+  if (!item.GetProfile(nullptr, body.contours, tolerance, kSilhouette)) {
+    body.contours.clear();
+    body.refusal = item.IsSTL() ? "its model file cannot be read" : "it has no outline";
+  }
+  return body;
+}
+
+template <class Use>
+void for_each_point(const Body& body, Use use) {
+  for (const Contour& contour : body.contours) {
+    for (const auto& point : contour) {
+      use(body.Placed(point));
+      if (body.is_revolved) use(body.Placed({-point.x, point.y}));
+    }
+  }
+}
+
+}  // namespace
+
+Point2d<double> Body::Placed(const Point2d<double>& point) const {
+  const auto& m = place;
+  if (!is_revolved) {
+    return {m(0, 0) * point.x + m(0, 2) * point.y + m(0, 3),
+            m(2, 0) * point.x + m(2, 2) * point.y + m(2, 3)};
+  }
+  // Across its axis a turned body looks the same from every side.
+  const double length = std::hypot(m(0, 2), m(2, 2));
+  const Point2d<double> along =
+      length > 0 ? Point2d<double>{m(0, 2), m(2, 2)} : Point2d<double>{0, 1};
+  const double scale = length > 0 ? 1 / length : 1;
+  return {m(0, 3) + along.x * point.y + along.y * scale * point.x,
+          m(2, 3) + along.y * point.y - along.x * scale * point.x};
+}
+
+bool Body::IsAlongAxis() const { return std::abs(std::abs(place(2, 2)) - 1) < kSameDirection; }
+
+double fine_tolerance(const tdbItem& root) {
+  return root.GetUnitOfMeasurement() == 0 ? 0.01 : 0.01 / 25.4;
+}
+
+std::vector<Body> bodies_of(tdbCompositeItem& root, double tolerance) {
+  std::vector<Body> bodies;
+  for (const TreeItem& entry : items_below(root)) {
+    if (const auto role = role_of(*entry.item)) {
+      bodies.push_back(body_of(*entry.item, *role, tolerance));
+    }
+  }
+  return bodies;
+}
+
+Extent axial_extent(const Body& body) {
+  Extent extent{INFINITY, -INFINITY};
+  for_each_point(body, [&](const Point2d<double>& p) {
+    extent.low = std::min(extent.low, p.y);
+    extent.high = std::max(extent.high, p.y);
+  });
+  return extent.low <= extent.high ? extent : Extent();
+}
+
+double largest_radius(const Body& body) {
+  double radius = 0;
+  for_each_point(body, [&](const Point2d<double>& p) { radius = std::max(radius, std::abs(p.x)); });
+  return radius;
+}
+
+}  // namespace tooldb

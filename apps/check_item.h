@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "apps/finding.h"
+
+class tdbCompositeItem;
+class tdbTool;
+
+namespace tooldb {
+
+/// A tool or component that was read, and its file.
+struct CheckedFile {
+  std::string path;
+  std::string bytes;
+};
+
+/// What a tool or component holds: texts, parameter names, references, model files, outlines.
+void check_contents(tdbCompositeItem& root, const CheckedFile& file, Findings& findings);
+
+/// How the bodies of a tool fit together; its placements must be up to date.
+void check_assembly(tdbTool& tool, const CheckedFile& file, Findings& findings);
+
+}  // namespace tooldb
