@@ -50,6 +50,12 @@ const CuttingCase kCutting[] = {
      "INSERT_SHAPE=S DIAMETER=9 FILLET=1 LENGTH=3",
      "",
      {{-2.12132, 1.7071}, {-0.707107, 0.292893}, {0, 0}, {0.707107, 0.292893}, {2.12132, 1.7071}}},
+    // The short edges are used up by the corners: there is an edge on the right alone.
+    {"StadiumInsert",
+     7,
+     "INSERT_SHAPE=L DIAMETER=2 FILLET=1 LENGTH=3",
+     "",
+     {{-0.707107, 0.292893}, {0, 0}, {0.707107, 0.292893}, {1.41421, 1}}},
 };
 
 class CuttingPart : public testing::TestWithParam<CuttingCase> {};

@@ -83,6 +83,19 @@ bool build_outline(tdbItem& item) {
   return true;
 }
 
+Bounds bounds_of(const Outline& outline) {
+  const Vec2 first = outline.segments.front().start;
+  Bounds bounds{first, first};
+  for (const ContourSegment& segment : outline.segments) {
+    // Few chords are enough: an arc is cut where it reaches farthest.
+    for (const Vec2 p : flatten({&segment, 1}, distance(segment.start, segment.center))) {
+      bounds.low = {std::min(bounds.low.x, p.x), std::min(bounds.low.y, p.y)};
+      bounds.high = {std::max(bounds.high.x, p.x), std::max(bounds.high.y, p.y)};
+    }
+  }
+  return bounds;
+}
+
 bool is_extruded(const tdbItem& item) {
   const BodyCode code = body_code(item);
   if (code == BodyCode{BodyClass::kCutter, kInsertCutter}) return insert_shape(item) != kCentreTool;

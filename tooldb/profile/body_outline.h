@@ -31,6 +31,13 @@ Outline body_outline(const tdbItem& item);
 bool build_outline(tdbItem& item);
 /// The parameters that the outline of a body is made of; none for contour text and models.
 std::vector<tdbDimension> body_dimensions(const tdbItem& item);
+/// The least and the largest coordinates of an outline.
+struct Bounds {
+  Vec2 low;
+  Vec2 high;
+};
+/// Those of `outline`, which has segments.
+Bounds bounds_of(const Outline& outline);
 /// Whether the outline is the edge of a flat body, and not the half-section of a turned one.
 bool is_extruded(const tdbItem& item);
 

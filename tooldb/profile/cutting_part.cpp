@@ -3,6 +3,7 @@
 #include <functional>
 #include <limits>
 
+#include "tooldb/platform/guard.h"
 #include "tooldb/profile.h"
 #include "tooldb/profile/body_outline.h"
 #include "tooldb/tool_parts.h"
@@ -71,23 +72,30 @@ Runs lower_half(const Segments& segments) {
   return {run};
 }
 
-// An edge that begins at the nose at `near`, cut to `length` from the sharp corner, which lies on
-// x = 0; nothing is left of an edge shorter than that.
+// The end of an edge that runs from the nose at `near` to `far`, when it is to be `length` long
+// from the sharp corner, which lies on x = 0.
 Vec2 edge_end(Vec2 near, Vec2 far, double length) {
   const Vec2 along = (1 / distance(near, far)) * (far - near);
   const double to_corner = along.x == 0 ? 0 : std::abs(near.x / along.x);
   return near + std::clamp(length - to_corner, 0.0, distance(near, far)) * along;
 }
 
-// The nose of an insert with the edges beside it, up to the length of the edge where it is set.
+// The nose of an insert with the edges beside it, up to the length of the edge where it is set. An
+// edge that the corner radii use up is not there.
 Runs nose_run(const Segments& segments, double length) {
   const std::size_t nose = is_line(segments.front()) ? 0 : 1;
   ContourSegment right = segments[nose];
   ContourSegment left = segments[segments.size() - 1 - nose];
-  right.end = edge_end(right.start, right.end, length);
-  left.start = edge_end(left.end, left.start, length);
-  Segments run{left, right};
-  if (nose == 1) run = {left, segments.back(), segments.front(), right};
+  Segments run;
+  if (is_line(left)) {
+    left.start = edge_end(left.end, left.start, length);
+    run.push_back(left);
+  }
+  if (nose == 1) run.insert(run.end(), {segments.back(), segments.front()});
+  if (is_line(right)) {
+    right.end = edge_end(right.start, right.end, length);
+    run.push_back(right);
+  }
   return {run};
 }
 
@@ -116,10 +124,13 @@ Runs cutting_runs(const tdbToolCutter& cutter, Outline outline) {
 
 bool tdbProfile::HilightCuttingProfile(const tdbToolCutter& cutter, double tolerance,
                                        std::vector<std::vector<Point2d<double>>>& pieces) {
-  tooldb::Outline outline = tooldb::body_outline(cutter);
-  if (!outline.Stands()) return false;
-  for (const auto& run : tooldb::cutting_runs(cutter, std::move(outline))) {
-    pieces.push_back(tooldb::flatten(run, tolerance));
-  }
-  return true;
+  tdbError error;
+  return tooldb::guarded(error, false, [&] {
+    tooldb::Outline outline = tooldb::body_outline(cutter);
+    if (!outline.Stands()) return false;
+    for (const auto& run : tooldb::cutting_runs(cutter, std::move(outline))) {
+      pieces.push_back(tooldb::flatten(run, tolerance));
+    }
+    return true;
+  });
 }

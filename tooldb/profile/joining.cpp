@@ -20,18 +20,12 @@ double lower_radius(const tdbItem& shank) {
   return first.end.y == first.start.y ? first.end.x : 0;
 }
 
-double top_of(const Outline& outline) {
-  double top = outline.segments.front().start.y;
-  for (const Vec2& p : flatten(outline.segments, 1)) top = std::max(top, p.y);
-  return top;
-}
-
 // Height in the cutter's frame at which the shank begins. A neck enters a ball where the ball is
 // as wide as the neck.
 double join_height(const tdbToolCutter& cutter, const tdbToolShank& shank) {
   const Outline outline = body_outline(cutter);
   if (!outline.Stands()) return 0;
-  if (body_type(cutter) == nullptr) return top_of(outline);
+  if (body_type(cutter) == nullptr) return bounds_of(outline).high.y;
   const double top = outline.segments.back().end.y;
   if (cutter.GetType() != kBallCutter) return top;
   const double r = (top - outline.segments.front().start.y) / 2;

@@ -24,24 +24,16 @@ void clear_outline(tdbItem& item) {
   item.RemoveParams();
 }
 
-struct Extent {
-  Vec2 low;
-  Vec2 high;
-};
-
-// Bounds of the outline; arcs are cut at their extremes, so chords show them.
-Extent outline_extent(const tdbItem& item) {
+double outline_length(const tdbItem& item) {
   const Outline outline = body_outline(item);
-  if (!outline.Stands()) return {};
-  const Polyline points = flatten(outline.segments, 1);
-  const auto [left, right] = std::ranges::minmax(points, {}, &Vec2::x);
-  const auto [bottom, top] = std::ranges::minmax(points, {}, &Vec2::y);
-  return {{left.x, bottom.y}, {right.x, top.y}};
+  if (!outline.Stands()) return 0;
+  const auto [low, high] = bounds_of(outline);
+  return high.y - low.y;
 }
 
-double outline_length(const tdbItem& item) {
-  const auto [low, high] = outline_extent(item);
-  return high.y - low.y;
+double outline_width(const tdbItem& item) {
+  const Outline outline = body_outline(item);
+  return outline.Stands() ? 2 * bounds_of(outline).high.x : 0;
 }
 
 double outline_diameter(const tdbItem& item) {
@@ -52,7 +44,7 @@ double outline_diameter(const tdbItem& item) {
       return parameter_number(trimmed(text).empty() ? row.standard : text).value_or(0);
     }
   }
-  return is_extruded(item) ? 0 : 2 * outline_extent(item).high.x;
+  return is_extruded(item) ? 0 : outline_width(item);
 }
 
 }  // namespace

@@ -25,16 +25,23 @@ std::string model_error(const tdbItem& item) {
 
 bool tdbProfile::ExtractProfile(const std::vector<Triangle<double>>& triangles,
                                 std::vector<Point2d<double>>& points, float tolerance) {
-  points = tooldb::silhouette(triangles, tolerance);
-  return !points.empty();
+  tdbError error;
+  points.clear();
+  return tooldb::guarded(error, false, [&] {
+    points = tooldb::silhouette(triangles, tolerance);
+    return !points.empty();
+  });
 }
 
 std::vector<std::vector<Point2d<double>>> tdbProfile::OffsetProfile2(
     const std::vector<Point2d<double>>& contour, double distance) {
-  if (const tooldb::Polyshift* library = tooldb::Polyshift::BesideHost()) {
-    if (auto polygons = library->Offset(contour, distance)) return *std::move(polygons);
-  }
-  return tooldb::offset_contour(contour, distance);
+  tdbError error;
+  return tooldb::guarded(error, std::vector<tooldb::Polyline>(), [&] {
+    if (const tooldb::Polyshift* library = tooldb::Polyshift::BesideHost()) {
+      if (auto polygons = library->Offset(contour, distance)) return *std::move(polygons);
+    }
+    return tooldb::offset_contour(contour, distance);
+  });
 }
 
 bool tdbProfile::CreateInsertProfile(const tdbInsertGeometry& insert, std::string& contour_xml) {
