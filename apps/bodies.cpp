@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 
+#include "apps/command.h"
 #include "apps/tree_items.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool_parts.h"
@@ -81,6 +82,11 @@ bool Body::IsAlongAxis() const { return std::abs(std::abs(place(2, 2)) - 1) < kS
 
 double fine_tolerance(const tdbItem& root) {
   return root.GetUnitOfMeasurement() == 0 ? 0.01 : 0.01 / 25.4;
+}
+
+void require_tolerance(double tolerance) {
+  if (tolerance > 0 && std::isfinite(tolerance)) return;
+  throw UsageError("--tolerance must be above 0");
 }
 
 std::vector<Body> bodies_of(tdbCompositeItem& root, double tolerance) {

@@ -40,6 +40,9 @@ struct Extent {
 /// A chord tolerance that shows the smallest tools, in the unit of `root`: 0.01 mm.
 double fine_tolerance(const tdbItem& root);
 
+/// Raises `UsageError` for a tolerance that is not above 0.
+void require_tolerance(double tolerance);
+
 /// The bodies below `root`, whose placements must be up to date, in list order.
 /// @param tolerance  chord tolerance of arcs, the tool's unit, > 0
 std::vector<Body> bodies_of(tdbCompositeItem& root, double tolerance);

@@ -100,11 +100,14 @@ tdbItem& find_item(tdbCompositeItem& root, const std::string& part) {
     throw UsageError("there are " + std::to_string(found.size()) + " items '" + part + "'; say " +
                      part + "#1 to " + part + '#' + std::to_string(found.size()));
   }
-  tdbItem& item = *found[number.value_or(1) - 1];
+  return *found[number.value_or(1) - 1];
+}
+
+tdbItem& find_item_to_change(tdbCompositeItem& root, const std::string& part) {
+  tdbItem& item = find_item(root, part);
   if (item.IsComponent() && !root.IsComponent()) {
     throw Failure("item '" + part +
-                  "' belongs to a library component; 'tooldb components set' "
-                  "changes that");
+                  "' belongs to a library component; 'tooldb components set' changes that");
   }
   return item;
 }

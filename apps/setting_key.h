@@ -17,4 +17,7 @@ std::vector<std::string> key_parts(const std::string& key);
 /// @param root  a tool or a component
 tdbItem& find_item(tdbCompositeItem& root, const std::string& part);
 
+/// The same, for an item that is to be changed: `Failure` for a member of a library component.
+tdbItem& find_item_to_change(tdbCompositeItem& root, const std::string& part);
+
 }  // namespace tooldb

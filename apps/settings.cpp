@@ -194,7 +194,7 @@ std::string set_value(tdbTool& tool, const Parts& parts, const std::string& valu
   if (parts[0] == "offset") return set_offset(tool, parts, value);
   if (parts[0] == "conditions") return set_condition(tool, rest_of(parts), value);
   if (parts[0] == "tool") return set_tool_value(tool, rest_of(parts), value);
-  return set_item_value(find_item(tool, parts[0]), rest_of(parts), value);
+  return set_item_value(find_item_to_change(tool, parts[0]), rest_of(parts), value);
 }
 
 void remove_offset(tdbTool& tool, const std::string& number) {
@@ -239,7 +239,7 @@ std::string apply_setting(tdbTool& tool, const std::string& setting) {
 std::string apply_item_setting(tdbToolComponent& component, const std::string& setting) {
   return applied(setting, [&](const Parts& parts, const std::string& value) {
     if (parts.size() < 2) throw UsageError("a component's values are set as ITEM.KEY=VALUE");
-    return set_item_value(find_item(component, parts[0]), rest_of(parts), value);
+    return set_item_value(find_item_to_change(component, parts[0]), rest_of(parts), value);
   });
 }
 
@@ -251,7 +251,7 @@ std::string remove_setting(tdbTool& tool, const std::string& key) {
   } else if (parts[0] == "offset") {
     remove_offset(tool, parts[1]);
   } else {
-    remove_item_parameter(find_item(tool, parts[0]), rest_of(parts));
+    remove_item_parameter(find_item_to_change(tool, parts[0]), rest_of(parts));
   }
   return key + ": removed";
 }

@@ -15,6 +15,7 @@
 #include "tooldb/placement.h"
 #include "tooldb/profile.h"
 #include "tooldb/scene.h"
+#include "tooldb/stl.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_components_db.h"
 #include "tooldb/tool_db.h"

@@ -16,7 +16,7 @@ LAYERS = ["tooldb/platform", "geom", "tooldb/model", "tooldb/profile", "tooldb/x
 # The layer that each public header belongs to.
 PUBLIC = {
     "tooldb/platform": {"error", "export", "version"},
-    "geom": {"geometry", "placement"},
+    "geom": {"geometry", "placement", "stl"},
     "tooldb/model": {"composite_item", "cutting_conditions", "item", "object", "scene", "tool",
                      "tool_parts", "type_names"},
     "tooldb/profile": {"contour", "profile", "tool_makers"},

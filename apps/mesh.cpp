@@ -1,0 +1,97 @@
+#include <fmt/format.h>
+
+#include <memory>
+#include <optional>
+
+#include "apps/bodies.h"
+#include "apps/command.h"
+#include "apps/console.h"
+#include "apps/display_text.h"
+#include "apps/output_file.h"
+#include "apps/setting_key.h"
+#include "apps/tool_folder.h"
+#include "tooldb/profile.h"
+#include "tooldb/stl.h"
+
+namespace tooldb {
+namespace {
+
+struct Options {
+  FolderOptions folder;
+  std::string code;
+  std::string output;
+  std::string item;
+  std::optional<double> tolerance;
+  bool ascii = false;
+  bool section = false;
+};
+
+using Mesh = std::vector<Triangle<double>>;
+
+bool append_shape(const Options& options, tdbTool& tool, Mesh& mesh, double tolerance) {
+  if (!options.item.empty()) {
+    return tdbProfile::GetAssemblyShape(find_item(tool, options.item), nullptr, mesh, tolerance);
+  }
+  return options.section ? tdbProfile::GetSectionShape(tool, nullptr, mesh, tolerance)
+                         : tdbProfile::GetAssemblyShape(tool, nullptr, mesh, tolerance);
+}
+
+void report_refused(tdbTool& tool, Console& console) {
+  for (const Body& body : bodies_of(tool, fine_tolerance(tool))) {
+    if (body.refusal.empty()) continue;
+    console.Error("item '" + body.item->GetName() + "': " + body.refusal);
+  }
+}
+
+void run(const Options& options, Console& console) {
+  ToolFolder folder(options.folder, Use::kRead, console);
+  const auto tool = folder.ReadTool(options.code);
+  if (options.section) tool->EnableSection(true);
+  const double tolerance = options.tolerance.value_or(tool->GetToolModelTolerance());
+  require_tolerance(tolerance);
+  Mesh mesh;
+  if (options.item.empty()) report_refused(*tool, console);
+  if (!append_shape(options, *tool, mesh, tolerance)) {
+    throw Failure("tool '" + options.code + "' has no shape");
+  }
+  const std::string bytes = options.ascii ? tdbStlText(mesh, options.code) : tdbStlBinary(mesh);
+  if (bytes.empty()) throw Failure("the mesh is too large; raise --tolerance");
+  write_output(options.output, bytes, console);
+  console.Note(fmt::format("{} in {}", counted(mesh.size(), "triangle"),
+                           tool->GetUnitOfMeasurement() == 0 ? "mm" : "inch"));
+}
+
+Action declare(CLI::App& app) {
+  auto options = std::make_shared<Options>();
+  add_folder_arguments(app, options->folder);
+  app.add_option("CODE", options->code, "The tool's code")->required();
+  add_output_option(app, options->output, "The STL file to write");
+  app.add_option("--tolerance", options->tolerance,
+                 "Largest distance from the true surface; without it the tool's own tolerance")
+      ->type_name("T");
+  app.add_option("--item", options->item, "Only this item and what hangs on it")->type_name("NAME");
+  app.add_flag("--ascii", options->ascii, "Write the text form of STL, not the binary one");
+  app.add_flag("--section", options->section, "Cut the tool open as its section view says");
+  return [options](Console& console) { run(*options, console); };
+}
+
+constexpr Example kExamples[] = {
+    {"tooldb mesh lib T1 -o t1.stl", "The whole tool as one mesh."},
+    {"tooldb mesh lib T1 --item holder --tolerance 0.005 -o holder.stl", "Its holder, finer."},
+};
+
+}  // namespace
+
+extern const Command kMesh;
+const Command kMesh = {
+    "mesh",
+    "Writes the shape of a tool as an STL file",
+    "The mesh is that of the assembled tool: watertight bodies, each where it stands, in the "
+    "tool's unit. An item is meshed in its own frame. STL knows no unit; the one of the numbers is "
+    "printed.",
+    kExamples,
+    declare,
+    {},
+};
+
+}  // namespace tooldb
