@@ -5,6 +5,8 @@
 #include "apps/settings.h"
 #include "apps/text_rules.h"
 #include "apps/tool_folder.h"
+#include "apps/tree_items.h"
+#include "tooldb/profile.h"
 
 namespace tooldb {
 namespace {
@@ -18,6 +20,26 @@ struct Options {
   bool dry_run = false;
 };
 
+// Why parts of the tool have no outline, in the order of its items.
+std::vector<std::string> refusals_of(tdbTool& tool) {
+  std::vector<std::string> refusals;
+  for (const TreeItem& entry : items_below(tool)) {
+    refusals.push_back(tdbProfile::OutlineError(*entry.item));
+  }
+  return refusals;
+}
+
+// A change must not take its outline from a part that had one.
+void require_outlines(tdbTool& tool, const std::vector<std::string>& before) {
+  const auto items = items_below(tool);
+  const auto after = refusals_of(tool);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (after[i].empty() || !before[i].empty()) continue;
+    throw Failure(std::string(class_name(*items[i].item)) + " '" + items[i].item->GetName() +
+                  "' would have no outline: " + after[i] + " (--force writes it all the same)");
+  }
+}
+
 void run(const Options& options, Console& console) {
   if (options.settings.empty() && options.unset.empty()) {
     throw UsageError("nothing to set: give KEY=VALUE or --unset KEY");
@@ -25,12 +47,14 @@ void run(const Options& options, Console& console) {
   ToolFolder folder(options.folder, Use::kWrite, console);
   const ToolToEdit edited = folder.ReadToEdit(options.code);
   tdbTool& tool = *edited.tool;
+  const auto refusals = refusals_of(tool);
   std::vector<std::string> changes;
   for (const auto& setting : options.settings) changes.push_back(apply_setting(tool, setting));
   for (const auto& key : options.unset) changes.push_back(remove_setting(tool, key));
   tool.SetModified(true);
   tool.Update();
   require_storable(tool);
+  if (!options.force) require_outlines(tool, refusals);
   if (!options.dry_run) {
     if (!options.force) folder.CheckUnchanged(edited);
     folder.Update(tool);
@@ -48,7 +72,9 @@ Action declare(CLI::App& app) {
       ->type_name("KEY")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  add_force_option(app, options->force);
+  app.add_flag(
+      "--force", options->force,
+      "Write even if a part loses its outline, or someone else changed the file meanwhile");
   app.add_flag("--dry-run", options->dry_run, "Say what would change, but write nothing");
   return [options](Console& console) { run(*options, console); };
 }
