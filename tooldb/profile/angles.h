@@ -20,7 +20,4 @@ inline double cone_height(double radius, double angle) {
   return angle == 90 ? 0 : radius / tangent(angle);
 }
 
-/// Whether a length is what rounding leaves of 0.
-inline bool is_zero(double length) { return std::abs(length) <= 1e-6; }
-
 }  // namespace tooldb

@@ -21,7 +21,6 @@ constexpr double kSlack = 1e-5;
 
 bool is_number(const ParameterRow& row) { return row.kind != tdbDimension::Kind::kText; }
 
-// Whether `value` keeps to `range`.
 bool is_in(double value, const Range& range) {
   const bool above = value > range.low || (range.low_allowed && value == range.low);
   const bool below = value < range.high || (range.high_allowed && value == range.high);
@@ -41,10 +40,12 @@ const char* set_text(const tdbItem& item, std::string_view name) {
 
 }  // namespace
 
+bool is_zero(double number) { return std::abs(number) <= kZero; }
+
 std::optional<double> parameter_number(std::string_view text) {
   const auto number = whole_number(text);
   if (!number || std::abs(*number) > kLargestParameter) return std::nullopt;
-  return std::abs(*number) <= kZero ? 0 : *number;
+  return is_zero(*number) ? 0 : *number;
 }
 
 bool at_most(double a, double b) { return a <= b + kSlack * std::max(1.0, b); }
@@ -62,7 +63,7 @@ void Draft::Read(const ParameterRow& row) {
   dimensions_.push_back({&row, text, number});
   if (!is_number(row) || used.empty() || row.range.rule.empty()) return;
   if (std::isnan(number)) {
-    Refuse(row.name, "\"" + std::string(used) + "\" is not a number");
+    Refuse(row.name, "\"" + std::string(used) + "\" is not a number up to 1e6");
   } else if (!suits(number, row)) {
     Refuse(row.name, std::string(row.range.rule) + ", not " + general_text(number));
   }
@@ -137,7 +138,7 @@ void Draft::Segments(std::vector<ContourSegment> segments) {
 }
 
 void Draft::Line(Vec2 to) {
-  if (distance(at_, to) <= kZero) return;
+  if (is_zero(distance(at_, to))) return;
   outline_.segments.push_back({at_, to, {}, SegmentKind::kLine});
   at_ = to;
 }

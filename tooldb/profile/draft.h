@@ -37,6 +37,9 @@ struct Outline {
 /// @return nothing for any other text
 std::optional<double> parameter_number(std::string_view text);
 
+/// Whether a number is what rounding leaves of 0.
+bool is_zero(double number);
+
 /// `a` <= `b` between lengths, allowing for the rounding of six printed digits.
 bool at_most(double a, double b);
 
