@@ -9,6 +9,7 @@ extern const Command kAdd;
 extern const Command kImport;
 extern const Command kExport;
 extern const Command kCheck;
+extern const Command kDraw;
 extern const Command kMesh;
 extern const Command kProfile;
 extern const Command kSet;
@@ -20,8 +21,8 @@ extern const Command kCompletion;
 
 std::span<const Command* const> commands() {
   static constexpr const Command* kTable[] = {
-      &kInit,    &kList, &kShow,  &kAdd,    &kImport, &kExport,     &kCheck,     &kMesh,
-      &kProfile, &kSet,  &kClone, &kRename, &kRemove, &kComponents, &kCompletion};
+      &kInit, &kList,    &kShow, &kAdd,   &kImport, &kExport, &kCheck,      &kDraw,
+      &kMesh, &kProfile, &kSet,  &kClone, &kRename, &kRemove, &kComponents, &kCompletion};
   return kTable;
 }
 
