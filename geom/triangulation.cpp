@@ -1,6 +1,6 @@
 #include "geom/triangulation.h"
 
-#ifdef _WIN32
+#if defined(_WIN32) && !defined(NOMINMAX)
 #define NOMINMAX
 #endif
 #include <GL/glu.h>
