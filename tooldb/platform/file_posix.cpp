@@ -79,6 +79,44 @@ class PosixFile final : public NewFile {
   std::string path_;
 };
 
+class PosixInputFile final : public InputFile {
+ public:
+  explicit PosixInputFile(const std::string& path) : descriptor_(OpenRegular(path)), path_(path) {
+    struct stat status = {};
+    if (::fstat(descriptor_.Number(), &status) != 0) raise_last_error(path);
+    if (!S_ISREG(status.st_mode)) throw FileError(path, "not a regular file");
+    size_ = static_cast<std::uint64_t>(status.st_size);
+  }
+
+  std::uint64_t Size() const override { return size_; }
+
+  std::size_t Read(std::uint64_t offset, char* bytes, std::size_t size) override {
+    std::size_t done = 0;
+    while (done < size) {
+      const ssize_t count = uninterrupted([&] {
+        return ::pread(descriptor_.Number(), bytes + done, size - done,
+                       static_cast<off_t>(offset + done));
+      });
+      if (count < 0) raise_last_error(path_);
+      if (count == 0) break;
+      done += static_cast<std::size_t>(count);
+    }
+    return done;
+  }
+
+ private:
+  static int OpenRegular(const std::string& path) {
+    // Without O_NONBLOCK the opening of a named pipe would wait for its writer.
+    const int number = open_file(path, O_RDONLY | O_NONBLOCK);
+    if (number < 0) raise_last_error(path);
+    return number;
+  }
+
+  Descriptor descriptor_;
+  std::string path_;
+  std::uint64_t size_ = 0;
+};
+
 /// File systems that cannot flush a folder say so with one of these.
 bool is_flush_unsupported(int error) { return error == EINVAL || error == ENOTSUP; }
 
@@ -89,26 +127,20 @@ bool is_reserved_file_name(std::string_view name) { return name == "." || name =
 boost::system::error_code last_system_error() { return {errno, boost::system::generic_category()}; }
 
 std::string SystemFileSystem::Read(const std::string& path) {
-  // Without O_NONBLOCK the opening of a named pipe would wait for its writer.
-  const Descriptor file(open_file(path, O_RDONLY | O_NONBLOCK));
-  if (!file.IsOpen()) raise_last_error(path);
-  struct stat status = {};
-  if (::fstat(file.Number(), &status) != 0) raise_last_error(path);
-  if (!S_ISREG(status.st_mode)) throw FileError(path, "not a regular file");
-
+  PosixInputFile file(path);
   // One byte more than the file has, so that its end shows without another read.
-  std::string text(static_cast<std::size_t>(status.st_size) + 1, '\0');
-  std::size_t size = 0;
-  for (;;) {
-    const ssize_t count = uninterrupted(
-        [&] { return ::read(file.Number(), text.data() + size, text.size() - size); });
-    if (count < 0) raise_last_error(path);
-    if (count == 0) break;
-    size += static_cast<std::size_t>(count);
-    if (size == text.size()) text.resize(2 * size);
+  std::string text(static_cast<std::size_t>(file.Size()) + 1, '\0');
+  std::size_t size = file.Read(0, text.data(), text.size());
+  while (size == text.size()) {
+    text.resize(2 * size);
+    size += file.Read(size, text.data() + size, text.size() - size);
   }
   text.resize(size);
   return text;
+}
+
+std::unique_ptr<InputFile> SystemFileSystem::Open(const std::string& path) {
+  return std::make_unique<PosixInputFile>(path);
 }
 
 std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {

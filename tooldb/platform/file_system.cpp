@@ -1,12 +1,27 @@
 #include "tooldb/platform/file_system.h"
 
 #include <atomic>
+#include <utility>
 
 #include "tooldb/platform/system_file_system.h"
 
 namespace tooldb {
 
 namespace {
+
+// A file that was read as a whole.
+class FileInMemory final : public InputFile {
+ public:
+  explicit FileInMemory(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  std::uint64_t Size() const override { return bytes_.size(); }
+  std::size_t Read(std::uint64_t offset, char* bytes, std::size_t size) override {
+    return offset < bytes_.size() ? bytes_.copy(bytes, size, static_cast<std::size_t>(offset)) : 0;
+  }
+
+ private:
+  std::string bytes_;
+};
 
 std::atomic<FileSystem*>& current() {
   static SystemFileSystem system;
@@ -15,6 +30,10 @@ std::atomic<FileSystem*>& current() {
 }
 
 }  // namespace
+
+std::unique_ptr<InputFile> FileSystem::Open(const std::string& path) {
+  return std::make_unique<FileInMemory>(Read(path));
+}
 
 FileSystem& file_system() { return *current(); }
 

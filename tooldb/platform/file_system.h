@@ -35,6 +35,17 @@ class NewFile {
   virtual void Close() = 0;
 };
 
+/// A regular file that is being read.
+class InputFile {
+ public:
+  virtual ~InputFile() = default;
+
+  /// Bytes that it had when it was opened.
+  virtual std::uint64_t Size() const = 0;
+  /// Reads up to `size` bytes from `offset` on, and returns how many: fewer only at the end.
+  virtual std::size_t Read(std::uint64_t offset, char* bytes, std::size_t size) = 0;
+};
+
 /// The calls on files and folders that the library needs. The default instance is the system's.
 class FileSystem {
  public:
@@ -42,6 +53,8 @@ class FileSystem {
 
   /// The whole of a regular file.
   virtual std::string Read(const std::string& path) = 0;
+  /// A regular file to read in parts. Unless it is overridden, the whole of it is in memory.
+  virtual std::unique_ptr<InputFile> Open(const std::string& path);
   /// Opens a new file for writing, with no sharing; null when the path exists.
   virtual std::unique_ptr<NewFile> CreateNew(const std::string& path) = 0;
   /// Moves a file, atomically where the file system allows it; replaces the target.

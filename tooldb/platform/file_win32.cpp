@@ -71,6 +71,44 @@ class Win32File final : public NewFile {
   std::string path_;
 };
 
+class Win32InputFile final : public InputFile {
+ public:
+  explicit Win32InputFile(const std::string& path) : handle_(OpenShared(path)), path_(path) {
+    LARGE_INTEGER size = {};
+    if (!handle_.IsOpen() || !GetFileSizeEx(handle_.Get(), &size)) raise_last_error(path);
+    size_ = static_cast<std::uint64_t>(size.QuadPart);
+  }
+
+  std::uint64_t Size() const override { return size_; }
+
+  std::size_t Read(std::uint64_t offset, char* bytes, std::size_t size) override {
+    LARGE_INTEGER place = {};
+    place.QuadPart = static_cast<LONGLONG>(offset);
+    if (!SetFilePointerEx(handle_.Get(), place, nullptr, FILE_BEGIN)) raise_last_error(path_);
+    std::size_t done = 0;
+    while (done < size) {
+      DWORD count = 0;
+      if (!ReadFile(handle_.Get(), bytes + done, transfer_size(size - done), &count, nullptr)) {
+        raise_last_error(path_);
+      }
+      if (count == 0) break;
+      done += count;
+    }
+    return done;
+  }
+
+ private:
+  static HANDLE OpenShared(const std::string& path) {
+    const DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return CreateFileA(path.c_str(), GENERIC_READ, share_all, nullptr, OPEN_EXISTING,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
+  }
+
+  FileHandle handle_;
+  std::string path_;
+  std::uint64_t size_ = 0;
+};
+
 }  // namespace
 
 bool is_reserved_file_name(std::string_view name) {
@@ -90,26 +128,20 @@ boost::system::error_code last_system_error() {
 }
 
 std::string SystemFileSystem::Read(const std::string& path) {
-  const DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const FileHandle file(CreateFileA(path.c_str(), GENERIC_READ, share_all, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr));
-  LARGE_INTEGER file_size = {};
-  if (!file.IsOpen() || !GetFileSizeEx(file.Get(), &file_size)) raise_last_error(path);
-
-  std::string text(static_cast<std::size_t>(file_size.QuadPart) + 1, '\0');
-  std::size_t size = 0;
-  for (;;) {
-    DWORD count = 0;
-    if (!ReadFile(file.Get(), text.data() + size, transfer_size(text.size() - size), &count,
-                  nullptr)) {
-      raise_last_error(path);
-    }
-    if (count == 0) break;
-    size += count;
-    if (size == text.size()) text.resize(2 * size);
+  Win32InputFile file(path);
+  // One byte more than the file has, so that its end shows without another read.
+  std::string text(static_cast<std::size_t>(file.Size()) + 1, '\0');
+  std::size_t size = file.Read(0, text.data(), text.size());
+  while (size == text.size()) {
+    text.resize(2 * size);
+    size += file.Read(size, text.data() + size, text.size() - size);
   }
   text.resize(size);
   return text;
+}
+
+std::unique_ptr<InputFile> SystemFileSystem::Open(const std::string& path) {
+  return std::make_unique<Win32InputFile>(path);
 }
 
 std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {

@@ -12,6 +12,7 @@ namespace tooldb {
 class SystemFileSystem final : public FileSystem {
  public:
   std::string Read(const std::string& path) override;
+  std::unique_ptr<InputFile> Open(const std::string& path) override;
   std::unique_ptr<NewFile> CreateNew(const std::string& path) override;
   void Rename(const std::string& from, const std::string& to) override;
   void Remove(const std::string& path) override;
