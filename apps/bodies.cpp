@@ -114,4 +114,18 @@ double largest_radius(const Body& body) {
   return radius;
 }
 
+double radius_at(const Body& body, double height) {
+  double radius = 0;
+  for (const Contour& contour : body.contours) {
+    for (std::size_t i = 1; i < contour.size(); ++i) {
+      const auto a = body.Placed(contour[i - 1]);
+      const auto b = body.Placed(contour[i]);
+      if (std::min(a.y, b.y) > height || std::max(a.y, b.y) < height || a.y == b.y) continue;
+      const double x = a.x + (b.x - a.x) * (height - a.y) / (b.y - a.y);
+      radius = std::max(radius, std::abs(x));
+    }
+  }
+  return radius;
+}
+
 }  // namespace tooldb

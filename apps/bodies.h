@@ -51,4 +51,7 @@ std::vector<Body> bodies_of(tdbCompositeItem& root, double tolerance);
 Extent axial_extent(const Body& body);
 double largest_radius(const Body& body);
 
+/// The largest distance of a body's outline from the axis at a height; 0 where it is not.
+double radius_at(const Body& body, double height);
+
 }  // namespace tooldb

@@ -1,0 +1,213 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "apps/condition_slots.h"
+#include "apps/display_text.h"
+#include "apps/drawing.h"
+#include "apps/fields.h"
+#include "apps/tool_measures.h"
+#include "tooldb/profile.h"
+#include "tooldb/tool.h"
+#include "tooldb/type_names.h"
+#include "tooldb/util.h"
+
+namespace tooldb {
+namespace {
+
+constexpr double kCaption = 2.3;
+constexpr double kText = 3.1;
+constexpr double kCode = 5.2;
+constexpr double kRow = 8.25;
+constexpr double kTableShare = 0.36;  // of the width, for the table of dimensions
+constexpr int kMostOffsets = 6;
+
+// A text that is cut to the room it has on the paper.
+std::string fitted(const std::string& text, double width, double height) {
+  return cut_to_width(printable(text), static_cast<int>(width / (0.49 * height)));
+}
+
+std::string joined(const std::vector<std::string>& parts, const char* between) {
+  return fmt::format("{}", fmt::join(parts, between));
+}
+
+// Conditions that a machinist looks for, how they are called on a drawing, and the value that need
+// not be said. Their lengths are millimetres whatever the tool's unit.
+struct ConditionName {
+  const char* slot;
+  const char* name;
+  const char* unit;
+  double usual;
+};
+constexpr ConditionName kConditions[] = {{"inserts", "teeth", "", -1},
+                                         {"ap", "depth of cut", " mm", -1},
+                                         {"dc", "Dc", " mm", -1},
+                                         {"corner_radius", "corner radius", " mm", -1},
+                                         {"rake_angle", "rake", "\u00b0", 0},
+                                         {"approach_angle", "approach", "\u00b0", 90},
+                                         {"verify.feed.maximum", "feed up to", "", 30000},
+                                         {"verify.spindle.maximum", "spindle up to", "", 20000}};
+
+std::string condition_text(tdbTool& tool) {
+  const auto slots = condition_slots(tool);
+  std::vector<std::string> parts;
+  for (const ConditionName& wanted : kConditions) {
+    const auto slot = std::ranges::find(slots, wanted.slot, &ConditionSlot::name);
+    if (slot == slots.end() || slot->get() == wanted.usual) continue;
+    parts.push_back(fmt::format("{} {}{}", wanted.name, shown_number(slot->get()), wanted.unit));
+  }
+  return joined(parts, ",  ");
+}
+
+std::string offset_text(const OFFSET_VALUE& o) {
+  return fmt::format("{}: X{} Y{} Z{} R{}{}", o.index, shown_number(o.DX), shown_number(o.DY),
+                     shown_number(o.DZ), shown_number(o.RAD), o.ABS ? " abs" : "");
+}
+
+std::string offsets_text(const tdbTool& tool) {
+  std::vector<std::string> parts = {fmt::format("tool X{} Y{} Z{}", shown_number(tool.GetOffsetX()),
+                                                shown_number(tool.GetOffsetY()),
+                                                shown_number(tool.GetOffsetZ()))};
+  const int count = tool.GetOffsetParamCount();
+  for (int i = 0; i < std::min(count, kMostOffsets); ++i) {
+    parts.push_back(offset_text(tool.GetOffsetParam(i)));
+  }
+  if (count > kMostOffsets) parts.push_back(fmt::format("and {} more", count - kMostOffsets));
+  return joined(parts, ";  ");
+}
+
+// Pitch, hand and the like, whatever file they came from.
+std::string further_text(tdbTool& tool) {
+  constexpr std::string_view kWanted[] = {"PITCH",  "HAND",       "MATERIAL", "COATING",
+                                          "VENDOR", "PRODUCT-ID", "BMC"};
+  std::vector<std::string> parts;
+  for (const auto& [name, value] : tool.GetParamList()) {
+    const std::string last = name.substr(name.rfind('.') + 1);
+    std::string key = last;
+    tdbUtil::to_upper(key);
+    if (std::ranges::find(kWanted, key) == std::end(kWanted) || value.empty()) continue;
+    parts.push_back(lower_text(last) + ' ' + value);
+  }
+  return joined(parts, ",  ");
+}
+
+std::string kind_text(tdbTool& tool) {
+  const auto kind = field_value(tool, "kind");
+  const std::string type = tdbGetTypeName(tool);
+  return kind && !kind->text.empty() && kind->text != type ? type + ", " + kind->text : type;
+}
+
+class TitleBlock {
+ public:
+  TitleBlock(SvgSheet& sheet, PaperPoint corner, double width, double height)
+      : sheet_(sheet), corner_(corner), width_(width), height_(height) {}
+
+  void Draw(tdbTool& tool, const std::vector<Body>& bodies, const std::string& scale) {
+    sheet_.Rectangle("paper", corner_, width_, height_);
+    sheet_.Rectangle("frame", corner_, width_, height_);
+    const double left = width_ * (1 - kTableShare);
+    sheet_.Line("rule", {corner_.x + left, corner_.y}, {corner_.x + left, corner_.y + height_});
+    const char* unit = tool.GetUnitOfMeasurement() == 0 ? "mm" : "inch";
+    DrawHead(tool, left, unit, scale);
+    const std::pair<const char*, std::string> rows[] = {
+        {"description", tool.GetDescr()},       {"kind", kind_text(tool)},
+        {"comment", tool.GetComment()},         {"further data", further_text(tool)},
+        {"cutting data", condition_text(tool)}, {"offsets", offsets_text(tool)}};
+    double y = corner_.y + kHeadRow;
+    for (const auto& [caption, text] : rows) {
+      DrawCell({corner_.x, y}, left, caption, text);
+      y += kRow;
+    }
+    DrawTable(corner_.x + left, width_ - left, bodies, unit);
+    DrawLegend(corner_.x + left);
+  }
+
+ private:
+  static constexpr double kHeadRow = 13.5;
+  static constexpr double kLegendHeight = 16;
+
+  void DrawHead(const tdbTool& tool, double width, const std::string& unit,
+                const std::string& scale) {
+    const double narrow = 22;
+    const double code = width - 2 * narrow;
+    sheet_.Text("caption", {corner_.x + 2, corner_.y + 4}, kCaption, Anchor::kStart, "code");
+    sheet_.Text("", {corner_.x + 2, corner_.y + 10.5}, kCode, Anchor::kStart,
+                fitted(tool.GetCode(), code - 4, kCode));
+    const std::pair<const char*, const std::string&> cells[] = {{"unit", unit}, {"scale", scale}};
+    double x = corner_.x + code;
+    for (const auto& [caption, text] : cells) {
+      sheet_.Line("rule", {x, corner_.y}, {x, corner_.y + kHeadRow});
+      sheet_.Text("caption", {x + 2, corner_.y + 4}, kCaption, Anchor::kStart, caption);
+      sheet_.Text("", {x + 2, corner_.y + 10}, kText + 0.8, Anchor::kStart, text);
+      x += narrow;
+    }
+  }
+
+  void DrawCell(PaperPoint at, double width, const char* caption, const std::string& text) {
+    sheet_.Line("rule", at, {at.x + width, at.y});
+    sheet_.Text("caption", {at.x + 2, at.y + 3}, kCaption, Anchor::kStart, caption);
+    sheet_.Text("", {at.x + 2, at.y + 6.9}, kText, Anchor::kStart, fitted(text, width - 4, kText));
+  }
+
+  // The dimensions of the cutting parts: what the drawing has no room for stands here too.
+  void DrawTable(double x, double width, const std::vector<Body>& bodies, const std::string& unit) {
+    sheet_.Text("caption", {x + 2, corner_.y + 4}, kCaption, Anchor::kStart,
+                "dimensions of the cutting part (" + unit + ")");
+    double y = corner_.y + 9;
+    for (const Body& body : bodies) {
+      if (body.role != Body::Role::kCutter) continue;
+      for (const tdbDimension& dimension : tdbProfile::GetDimensions(*body.item)) {
+        const std::string text = dimension_text(dimension);
+        if (text.empty() || y > corner_.y + height_ - kLegendHeight) continue;
+        sheet_.Text("", {x + 2, y}, kText - 0.2, Anchor::kStart,
+                    fitted(text, width - 4, kText - 0.2));
+        y += 4.8;
+      }
+    }
+  }
+
+  void DrawLegend(double x) {
+    const double y = corner_.y + height_ - kLegendHeight;
+    sheet_.Line("rule", {x, y}, {corner_.x + width_, y});
+    constexpr double kSwatch = 6;
+    const auto place = [&](int i) {
+      return PaperPoint{x + 2 + (i / 3) * 30, y + 2 + (i % 3) * 4.6};
+    };
+    constexpr std::pair<const char*, const char*> kAreas[] = {
+        {"cutter", "cutting part"}, {"shank", "shank"}, {"holder", "holder"}};
+    int row = 0;
+    for (const auto& [style, name] : kAreas) {
+      const PaperPoint at = place(row++);
+      const std::vector<PaperPoint> area = {
+          at, {at.x + kSwatch, at.y}, {at.x + kSwatch, at.y + 3}, {at.x, at.y + 3}};
+      sheet_.Area(style, {area});
+      sheet_.Area(std::string(style) + "-hatch", {area});
+      sheet_.Text("caption", {at.x + kSwatch + 2, at.y + 2.4}, kCaption, Anchor::kStart, name);
+    }
+    constexpr std::pair<const char*, const char*> kLines[] = {
+        {"cutting", "edge that cuts"}, {"gauge", "tool origin"}, {"dim", "programmed point"}};
+    for (const auto& [style, name] : kLines) {
+      const PaperPoint at = place(row++);
+      if (std::string_view(style) == "dim") {
+        sheet_.Circle(style, {at.x + kSwatch / 2, at.y + 1.5}, 1.2);
+      } else {
+        sheet_.Line(style, {at.x, at.y + 1.5}, {at.x + kSwatch, at.y + 1.5});
+      }
+      sheet_.Text("caption", {at.x + kSwatch + 2, at.y + 2.4}, kCaption, Anchor::kStart, name);
+    }
+  }
+
+  SvgSheet& sheet_;
+  PaperPoint corner_;
+  double width_;
+  double height_;
+};
+
+}  // namespace
+
+void draw_title_block(SvgSheet& sheet, PaperPoint corner, double width, double height,
+                      tdbTool& tool, const std::vector<Body>& bodies, const std::string& scale) {
+  TitleBlock(sheet, corner, width, height).Draw(tool, bodies, scale);
+}
+
+}  // namespace tooldb

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <vector>
+
+#include "apps/bodies.h"
+#include "apps/svg_sheet.h"
+
+namespace tooldb {
+
+/// The part of the sheet that the tool is drawn in, and its scale.
+class DrawingView {
+ public:
+  /// Where the tool may be drawn, mm on the paper.
+  struct Field {
+    PaperPoint corner;  ///< upper left
+    double width = 0;
+    double height = 0;
+  };
+
+  /// @param unit      millimetres per unit of the tool
+  /// @param is_lying  the tool's tip points to the left, not down
+  DrawingView(const Field& field, const std::vector<Body>& bodies, double unit, bool is_lying);
+
+  /// A point of the tool's frame, x from the axis and y along it, on the paper.
+  PaperPoint Paper(const Point2d<double>& point) const;
+  /// A length of the tool on the paper, mm.
+  double Length(double length) const { return length * scale_ * unit_; }
+  /// "2:1"
+  std::string ScaleText() const;
+  /// True when the plane of the tool's origin crosses an upright tool.
+  bool ShowsOrigin() const;
+  bool IsLying() const { return is_lying_; }
+
+  const Extent& Along() const { return along_; }
+  const Extent& Across() const { return across_; }
+
+ private:
+  double unit_;
+  bool is_lying_;
+  double scale_ = 1;
+  Extent along_;
+  Extent across_;
+  PaperPoint centre_;  // of the tool's extent
+};
+
+}  // namespace tooldb
