@@ -1,9 +1,9 @@
 #include "geom/crossing_test.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace tooldb {
@@ -143,16 +143,10 @@ class EdgeGrid {
   bool MayCross(std::uint32_t e, std::uint32_t f) const {
     const auto last = static_cast<std::uint32_t>(ring_.size() - 1);
     if (e > f) std::swap(e, f);
-    if (f == e + 1) return FoldsBack(e, f);
-    if (e == 0 && f == last) return FoldsBack(f, e);
+    // Where two edges in a row fold back, one of them touches a third.
+    if (f == e + 1 || (e == 0 && f == last)) return false;
     return !on_one_side(From(e), To(e), From(f), To(f), near_) &&
            !on_one_side(From(f), To(f), From(e), To(e), near_);
-  }
-
-  bool FoldsBack(std::uint32_t e, std::uint32_t next) const {
-    const Vec2 in = To(e) - From(e);
-    const Vec2 out = To(next) - From(next);
-    return dot(in, out) < 0 && std::abs(cross(in, out)) <= near_;
   }
 
   std::span<const Vec2> ring_;
@@ -172,7 +166,8 @@ bool surely_does_not_cross(std::span<const Vec2> contour) {
   }
   constexpr std::size_t kMostEdges = 1U << 28;
   if (contour.size() < 3 || contour.size() > kMostEdges) return false;
-  return is_convex(contour) || EdgeGrid(contour).IsSimple();
+  if (is_convex(contour)) return true;
+  return contour.size() > 3 && EdgeGrid(contour).IsSimple();
 }
 
 }  // namespace tooldb

@@ -187,6 +187,7 @@ const CrossingCase kCrossings[] = {
     {"Pentagram", pentagram(), false},
     {"TwiceRound", {{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}, {4, 0}, {4, 4}, {0, 4}}, false},
     {"Spike", {{0, 0}, {4, 0}, {9, 0}, {4, 0}, {4, 4}}, false},
+    {"ShortSpike", {{0, 0}, {9, 0}, {4, 0}, {4, 4}, {0, 4}}, false},
     {"TouchesACorner", {{0, 0}, {4, 0}, {2, 2}, {4, 4}, {0, 4}, {2, 2}}, false},
     {"TouchesASide", {{0, 0}, {4, 0}, {4, 4}, {2, 0}, {0, 4}}, false},
     {"Flat", {{0, 0}, {5, 0}, {9, 0}}, false},
