@@ -6,7 +6,9 @@
 #include <random>
 
 #include "bench/benchmarks.h"
+#include "geom/byte_source.h"
 #include "geom/revolve.h"
+#include "geom/stl.h"
 #include "tooldb/profile.h"
 
 namespace bench {
@@ -120,6 +122,33 @@ std::vector<Figure> bench_meshes(const Options& options) {
   if (options.quick) return {revolve_figure(options, 100, 512)};
   return {revolve_figure(options, 100, 512), revolve_figure(options, 500, 1024),
           revolve_figure(options, 1000, 2048)};
+}
+
+std::vector<Figure> bench_stl(const Options& options) {
+  const Mesh mesh =
+      options.quick ? revolved(wavy_outline(100, 80), 256) : revolved(wavy_outline(978, 80), 512);
+  const ScratchFolder folder(options);
+  const auto figure = [&](const char* form, const std::string& bytes, double goal) {
+    const auto path = folder.Path() / (std::string(form) + ".stl");
+    write_file(path, bytes);
+    return compare(
+        {.id = "P10",
+         .operation = std::string("Read STL, ") + form + " / read the file",
+         .size = std::to_string(mesh.size()) + " facets",
+         .goal = goal},
+        options.rounds,
+        [&] {
+          return seconds([&] {
+            const std::string text = read_file(path);
+            tooldb::MemoryBytes source(text);
+            std::string error;
+            keep(tooldb::read_stl(source, error)->data());
+          });
+        },
+        [&] { return seconds([&] { keep(read_file(path).data()); }); });
+  };
+  return {figure("binary", tooldb::stl_binary(mesh), 2.2),
+          figure("text", tooldb::stl_text(mesh, "bench"), 2.0)};
 }
 
 std::vector<Figure> bench_outlines(const Options& options) {
