@@ -6,10 +6,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
-#include <map>
 #include <memory>
-#include <set>
+#include <sstream>
 #include <stdexcept>
 
 #include "tooldb/tooldb.h"
@@ -119,7 +117,9 @@ Stored every_other_stored(int i) { return i % 2 == 0 ? Stored::kOldText : Stored
 
 std::string read_file(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
 }
 
 void write_flushed(const fs::path& path, const std::string& text) {
