@@ -15,6 +15,7 @@ bool is_control(char c) { return (c >= 0 && c < ' ') || c == '\x7f'; }
 std::string_view new_file_name_problem(std::string_view name) {
   if (name.size() > kLongestFileName) return "file name longer than 255 bytes";
   if (std::any_of(name.begin(), name.end(), is_control)) return "control character in the name";
+  if (!is_in_code_page(name)) return "bytes in the name that the code page does not have";
   if (is_reserved_file_name(name)) return "name reserved by the system";
   return {};
 }

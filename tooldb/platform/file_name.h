@@ -14,6 +14,10 @@ std::string_view new_file_name_problem(std::string_view name);
 /// True for a name that the system keeps for itself, such as that of a device.
 bool is_reserved_file_name(std::string_view name);
 
+/// False for bytes that are no text in the code page of the process, where the system has one: it
+/// would make another name of them.
+bool is_in_code_page(std::string_view name);
+
 /// The name of the file in a path, without folder and extension; borrowed from the path.
 std::string_view file_stem(std::string_view path);
 

@@ -124,6 +124,8 @@ bool is_flush_unsupported(int error) { return error == EINVAL || error == ENOTSU
 
 bool is_reserved_file_name(std::string_view name) { return name == "." || name == ".."; }
 
+bool is_in_code_page(std::string_view) { return true; }
+
 boost::system::error_code last_system_error() { return {errno, boost::system::generic_category()}; }
 
 std::string SystemFileSystem::Read(const std::string& path) {

@@ -71,6 +71,16 @@ class Win32File final : public NewFile {
   std::string path_;
 };
 
+/// Opens a file as CreateFileA does. A device is refused by its name: to open or to read one can
+/// take for ever.
+HANDLE open_file(const std::string& path, DWORD access, DWORD share, DWORD disposition) {
+  if (is_reserved_file_name(path.substr(path.find_last_of("/\\:") + 1))) {
+    raise_system_error(path, {ERROR_INVALID_NAME, boost::system::system_category()});
+  }
+  return CreateFileA(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
+                     nullptr);
+}
+
 class Win32InputFile final : public InputFile {
  public:
   explicit Win32InputFile(const std::string& path) : handle_(OpenShared(path)), path_(path) {
@@ -100,8 +110,7 @@ class Win32InputFile final : public InputFile {
  private:
   static HANDLE OpenShared(const std::string& path) {
     const DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    return CreateFileA(path.c_str(), GENERIC_READ, share_all, nullptr, OPEN_EXISTING,
-                       FILE_ATTRIBUTE_NORMAL, nullptr);
+    return open_file(path, GENERIC_READ, share_all, OPEN_EXISTING);
   }
 
   FileHandle handle_;
@@ -121,6 +130,11 @@ bool is_reserved_file_name(std::string_view name) {
   const bool numbered = stem.size() == 4 && stem[3] >= '0' && stem[3] <= '9';
   if (numbered && std::ranges::find(kPorts, stem.substr(0, 3)) != std::end(kPorts)) return true;
   return name.ends_with('.') || name.ends_with(' ');
+}
+
+bool is_in_code_page(std::string_view name) {
+  return name.empty() || MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, name.data(),
+                                             static_cast<int>(name.size()), nullptr, 0) > 0;
 }
 
 boost::system::error_code last_system_error() {
@@ -145,8 +159,7 @@ std::unique_ptr<InputFile> SystemFileSystem::Open(const std::string& path) {
 }
 
 std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {
-  const HANDLE handle = CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE handle = open_file(path, GENERIC_WRITE, 0, CREATE_NEW);
   if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS) return nullptr;
   if (handle == INVALID_HANDLE_VALUE) raise_last_error(path);
   return std::make_unique<Win32File>(handle, path);
