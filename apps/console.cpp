@@ -22,14 +22,11 @@ void write(std::FILE* stream, std::string_view bytes) {
 
 }  // namespace
 
-Console::Console() : color_out_(may_color(stdout)), color_err_(may_color(stderr)) {}
+Console::Console() : color_out_(may_color(stdout)), color_err_(may_color(stderr)) {
+  use_binary_output();
+}
 
 void Console::Print(std::string_view text) { write(stdout, text); }
-
-void Console::PrintBytes(std::string_view bytes) {
-  use_binary_output();
-  write(stdout, bytes);
-}
 
 void Console::Note(std::string_view line) {
   if (!quiet_) Message("", "", line);

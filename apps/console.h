@@ -12,10 +12,8 @@ class Console {
  public:
   Console();
 
-  /// A result: printed as it stands.
+  /// A result: printed as it stands, byte for byte.
   void Print(std::string_view text);
-  /// Results that are not text, byte for byte.
-  void PrintBytes(std::string_view bytes);
   /// A line about what was done; silent with `--quiet`.
   void Note(std::string_view line);
   /// A line about something that the user should look at.

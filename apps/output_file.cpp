@@ -11,7 +11,7 @@ void add_output_option(CLI::App& app, std::string& path, const std::string& help
 }
 
 void write_output(const std::string& path, std::string_view bytes, Console& console) {
-  if (path.empty() || path == "-") return console.PrintBytes(bytes);
+  if (path.empty() || path == "-") return console.Print(bytes);
   try {
     tdbFileUtil::write_file(path, std::string(bytes));
   } catch (const tdbError& error) {

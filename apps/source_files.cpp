@@ -43,15 +43,15 @@ std::string text_of(const tdbError& error) {
 void add_path(std::vector<SourceFile>& sources, const fs::path& path) {
   std::error_code error;
   if (!fs::is_directory(path, error)) {
-    sources.push_back({path.string(), true, SourceKind::kUnknown, {}});
+    sources.push_back({path.generic_string(), true, SourceKind::kUnknown, {}});
     return;
   }
   const auto files = files_below(path, error);
   for (const auto& file : files) {
-    sources.push_back({file.string(), false, SourceKind::kUnknown, {}});
+    sources.push_back({file.generic_string(), false, SourceKind::kUnknown, {}});
   }
   if (!error && !files.empty()) return;
-  SourceFile& folder = sources.emplace_back(SourceFile{path.string(), true, {}, {}});
+  SourceFile& folder = sources.emplace_back(SourceFile{path.generic_string(), true, {}, {}});
   fail(folder, error ? error.message() : "the folder has no files");
 }
 
@@ -83,7 +83,7 @@ SourceKind kind_of(const std::string& path, std::string_view bytes) {
 void read_foreign(SourceFile& source, std::string_view bytes) {
   const fs::path folder = fs::path(source.path).parent_path();
   const auto sibling = [&](const std::string& path) -> std::optional<std::string> {
-    const std::string file = (folder / fs::path(path)).string();
+    const std::string file = (folder / fs::path(path)).generic_string();
     if (!tdbFileUtil::file_exists(file)) return std::nullopt;
     return file_bytes(file);
   };
