@@ -57,12 +57,12 @@ TEST(FilePath, LiesInAFolderByItsParts) {
 TEST(Folder, ListsOneExtensionInByteOrder) {
   const ScratchFolder scratch;
   scratch.MakeFolder("folder.ktf");
-  for (const char* name : {"b.ktf", "B.ktf", "a.ktcf", "a.ktf", "c.KTF", ".ktf", "ktf"}) {
+  for (const char* name : {"b.ktf", "D.ktf", "a.ktcf", "a.ktf", "c.KTF", ".ktf", "ktf"}) {
     scratch.MakeFile(name, "");
   }
   std::vector<std::string> names = {"old"};
   tdbFileUtil::get_files(scratch.Path(), names, ".ktf");
-  EXPECT_THAT(names, ElementsAre("B.ktf", "a.ktf", "b.ktf"));
+  EXPECT_THAT(names, ElementsAre("D.ktf", "a.ktf", "b.ktf"));
   EXPECT_EQ(tdbFileUtil::get_file_count(scratch.Path(), ".ktcf"), 1);
 }
 

@@ -34,9 +34,14 @@ class ImportFilter : public testing::TestWithParam<FilterCase> {
     const std::filesystem::path program = TOOLDB_FILTER_HOST;
     const std::string copy = folder_ + '/' + program.filename().string();
     std::filesystem::copy_file(program, copy);
-    const std::string command = '"' + copy + "\" > \"" + scratch_.Path("printed") + '"';
+    std::string command = '"' + copy + "\" > \"" + scratch_.Path("printed") + '"';
+#ifdef _WIN32
+    command = '"' + command + '"';  // cmd.exe takes the outer quotes off
+#endif
     EXPECT_EQ(std::system(command.c_str()), 0);
-    return scratch_.Files()["printed"];
+    std::string printed = scratch_.Files()["printed"];
+    std::erase(printed, '\r');
+    return printed;
   }
 
   ScratchFolder scratch_;

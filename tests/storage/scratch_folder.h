@@ -26,7 +26,7 @@ class ScratchFolder {
   }
 
   std::string Path(const std::string& name = "") const {
-    return (name.empty() ? path_ : path_ / name).string();
+    return (name.empty() ? path_ : path_ / name).generic_string();
   }
 
   std::string MakeFolder(const std::string& name) const {
