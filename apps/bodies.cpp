@@ -7,6 +7,7 @@
 
 #include "apps/command.h"
 #include "apps/tree_items.h"
+#include "tooldb/contour.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool_parts.h"
 
@@ -19,6 +20,7 @@ constexpr double kSameDirection = 1e-9;
 // Types whose outline is a plate: turning inserts and extruded contours. An insert of the kind
 // "centre" is turned nevertheless.
 constexpr std::array<int, 2> kPlateCutters = {7, 8};
+constexpr int kCustomShank = 2;
 constexpr int kPlateShank = 5;
 constexpr int kPlateHolder = 4;
 constexpr int kTurningCentre = 25;
@@ -40,11 +42,30 @@ bool is_plate(const tdbItem& item, Body::Role role) {
   return std::ranges::find(kPlateCutters, type) != kPlateCutters.end() && !is_centre;
 }
 
+// The contour text of an item. `GetProfile` widens that of a custom shank a little, for the
+// collision model; what is drawn, measured and written out is the text itself.
+bool read_contour_text(const tdbItem& item, double tolerance, std::vector<Contour>& contours) {
+  CEntityDB entities;
+  if (!entities.Read(item.GetProfileXml(), false, 0)) return false;
+  entities.ConcatenateEntities();
+  Contour points;
+  if (!entities.GetXZProfile(points, tolerance)) return false;
+  contours.push_back(std::move(points));
+  return true;
+}
+
+bool read_outline(tdbItem& item, Body::Role role, double tolerance,
+                  std::vector<Contour>& contours) {
+  const bool is_custom_shank = role == Body::Role::kShank && item.GetType() == kCustomShank;
+  return is_custom_shank ? read_contour_text(item, tolerance, contours)
+                         : item.GetProfile(nullptr, contours, tolerance, kSilhouette);
+}
+
 Body body_of(tdbItem& item, Body::Role role, double tolerance) {
   Body body{&item, role, !is_plate(item, role), item.GetAbsPos(), {}, {}};
   body.refusal = tdbProfile::OutlineError(item);
   if (!body.refusal.empty()) return body;
-  if (!item.GetProfile(nullptr, body.contours, tolerance, kSilhouette)) {
+  if (!read_outline(item, role, tolerance, body.contours)) {
     body.contours.clear();
     body.refusal = item.IsSTL() ? "its model file cannot be read" : "it has no outline";
   }

@@ -17,8 +17,6 @@ constexpr double kMillimetresPerInch = 25.4;
 // Files hold six digits: parts that meet may miss one another by so much of the whole.
 constexpr double kSlack = 2e-5;
 constexpr int kHeights = 32;
-// By how much the library widens the outline of a custom shank.
-constexpr double kShankGrowth = 0.001;
 
 struct Part {
   const Body* body;
@@ -115,7 +113,7 @@ class Assembly {
       const double height = low + slack_ + (high - low - 2 * slack_) * i / heights;
       const double inside = radius_at(*shank.body, height);
       const double outside = radius_at(*outer.body, height);
-      if (inside <= outside + 2 * tolerance_ + kShankGrowth + slack_) continue;
+      if (inside <= outside + 2 * tolerance_ + slack_) continue;
       return Add(rule, shank,
                  fmt::format("shank {} is {:.4g} wide where {} {} is only {:.4g}", named(shank),
                              2 * inside, outer_name, named(outer), 2 * outside));

@@ -26,8 +26,8 @@ bool ComponentFolder::HasFile(const std::string& code) const {
 }
 
 std::vector<tdbToolComponent*> ComponentFolder::All() {
-  std::vector<tdbToolComponent*> all;
-  for (int i = 0; i < database_.GetCount(1); ++i) all.push_back(database_.GetToolComponent(i, 1));
+  std::vector<tdbToolComponent*> all(static_cast<std::size_t>(database_.GetCount(1)));
+  for (int i = 0; auto& component : all) component = database_.GetToolComponent(i++, 1);
   return all;
 }
 

@@ -12,16 +12,18 @@ namespace {
 
 constexpr double kTextHeight = 3;
 
-Point2d<double> middle_of(const Body& body) {
-  Extent across{INFINITY, -INFINITY};
-  Extent along{INFINITY, -INFINITY};
-  for (const Contour& contour : body.contours) {
-    for (const auto& p : contour) {
-      across = {std::min(across.low, p.x), std::max(across.high, p.x)};
-      along = {std::min(along.low, p.y), std::max(along.high, p.y)};
-    }
+// The centre of an insert, which is that of its area: every shape repeats itself around it.
+Point2d<double> centre_of(const Contour& contour) {
+  double area = 0;
+  Point2d<double> sum;
+  for (std::size_t i = 0; i < contour.size(); ++i) {
+    const auto& a = contour[i];
+    const auto& b = contour[(i + 1) % contour.size()];
+    const double cross = a.x * b.y - b.x * a.y;
+    area += cross;
+    sum = {sum.x + cross * (a.x + b.x), sum.y + cross * (a.y + b.y)};
   }
-  return {(across.low + across.high) / 2, (along.low + along.high) / 2};
+  return area == 0 ? contour.front() : Point2d<double>{sum.x / (3 * area), sum.y / (3 * area)};
 }
 
 double value_of(const std::vector<tdbDimension>& dimensions, std::string_view name) {
@@ -40,7 +42,7 @@ void draw_leader(SvgSheet& sheet, PaperPoint target, PaperPoint label, const std
 // The inscribed circle, the nose and the cutting corner of an insert.
 void draw_insert(SvgSheet& sheet, const DrawingView& view, const Body& body) {
   const auto dimensions = tdbProfile::GetDimensions(*body.item);
-  const PaperPoint centre = view.Paper(body.Placed(middle_of(body)));
+  const PaperPoint centre = view.Paper(body.Placed(centre_of(body.contours.front())));
   const double inscribed = value_of(dimensions, "DIAMETER");
   if (inscribed > 0) {
     const double radius = view.Length(inscribed / 2);

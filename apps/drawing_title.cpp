@@ -40,13 +40,13 @@ struct ConditionName {
   double usual;
 };
 constexpr ConditionName kConditions[] = {{"inserts", "teeth", "", -1},
-                                         {"ap", "depth of cut", " mm", -1},
+                                         {"ap", "ap", " mm", -1},
                                          {"dc", "Dc", " mm", -1},
                                          {"corner_radius", "corner radius", " mm", -1},
                                          {"rake_angle", "rake", "\u00b0", 0},
                                          {"approach_angle", "approach", "\u00b0", 90},
-                                         {"verify.feed.maximum", "feed up to", "", 30000},
-                                         {"verify.spindle.maximum", "spindle up to", "", 20000}};
+                                         {"verify.feed.maximum", "feed \u2264", "", 30000},
+                                         {"verify.spindle.maximum", "spindle \u2264", "", 20000}};
 
 std::string condition_text(tdbTool& tool) {
   const auto slots = condition_slots(tool);
@@ -76,17 +76,28 @@ std::string offsets_text(const tdbTool& tool) {
   return joined(parts, ";  ");
 }
 
-// Pitch, hand and the like, whatever file they came from.
+// Pitch, hand and the like, by the last part of the parameter's name, whatever file it came from.
+struct FurtherName {
+  std::string_view parameter;
+  std::string_view name;
+};
+constexpr FurtherName kFurther[] = {{"PITCH", "pitch"},       {"TP", "pitch"},
+                                    {"HAND", "hand"},         {"BMC", "material"},
+                                    {"MATERIAL", "material"}, {"COATING", "coating"},
+                                    {"VENDOR", "vendor"},     {"PRODUCT-ID", "product"}};
+
 std::string further_text(tdbTool& tool) {
-  constexpr std::string_view kWanted[] = {"PITCH",  "HAND",       "MATERIAL", "COATING",
-                                          "VENDOR", "PRODUCT-ID", "BMC"};
   std::vector<std::string> parts;
   for (const auto& [name, value] : tool.GetParamList()) {
-    const std::string last = name.substr(name.rfind('.') + 1);
-    std::string key = last;
+    std::string key = name.substr(name.rfind('.') + 1);
     tdbUtil::to_upper(key);
-    if (std::ranges::find(kWanted, key) == std::end(kWanted) || value.empty()) continue;
-    parts.push_back(lower_text(last) + ' ' + value);
+    const auto row = std::ranges::find(kFurther, key, &FurtherName::parameter);
+    if (row == std::end(kFurther) || value.empty()) continue;
+    const bool is_hand = key == "HAND";
+    const std::string shown = is_hand && value == "true"    ? "right"
+                              : is_hand && value == "false" ? "left"
+                                                            : value;
+    parts.push_back(std::string(row->name) + ' ' + shown);
   }
   return joined(parts, ",  ");
 }
@@ -171,7 +182,8 @@ class TitleBlock {
     sheet_.Line("rule", {x, y}, {corner_.x + width_, y});
     constexpr double kSwatch = 6;
     const auto place = [&](int i) {
-      return PaperPoint{x + 2 + (i / 3) * 30, y + 2 + (i % 3) * 4.6};
+      const int column = i / 3;
+      return PaperPoint{x + 2 + 30 * column, y + 2 + 4.6 * (i % 3)};
     };
     constexpr std::pair<const char*, const char*> kAreas[] = {
         {"cutter", "cutting part"}, {"shank", "shank"}, {"holder", "holder"}};

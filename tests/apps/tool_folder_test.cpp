@@ -1,0 +1,57 @@
+#include "apps/tool_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "apps/console.h"
+
+namespace tooldb {
+namespace {
+
+class ToolFolderTest : public testing::Test {
+ protected:
+  ToolFolderTest() {
+    std::filesystem::create_directories(path_);
+    console_.Mute();
+    ToolFolder folder({path_, ""}, Use::kWrite, console_);
+    folder.AddNew(std::make_unique<tdbTool>("T1"));
+  }
+  ~ToolFolderTest() override { std::filesystem::remove_all(path_); }
+
+  std::string path_ = testing::TempDir() + "/tool_folder_test_" +
+                      testing::UnitTest::GetInstance()->current_test_info()->name();
+  Console console_;
+};
+
+TEST_F(ToolFolderTest, NoticesAFileThatChangedSinceItWasRead) {
+  ToolFolder folder({path_, ""}, Use::kWrite, console_);
+  const ToolToEdit edited = folder.ReadToEdit("T1");
+  EXPECT_NO_THROW(folder.CheckUnchanged(edited));
+
+  const auto other = folder.ReadTool("T1");
+  other->SetDescr("someone else's");
+  folder.Update(*other);
+  EXPECT_THROW(folder.CheckUnchanged(edited), Failure);
+
+  tdbFileUtil::remove_file(folder.FilePath("T1"));
+  EXPECT_THROW(folder.CheckUnchanged(edited), Failure);
+}
+
+TEST_F(ToolFolderTest, ReadsAFolderThatCannotBeWritten) {
+  namespace fs = std::filesystem;
+  fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_EQ(ToolFolder({path_, ""}, Use::kRead, console_).ReadAll().size(), 1U);
+  fs::permissions(path_, fs::perms::owner_all);
+}
+
+TEST_F(ToolFolderTest, RefusesASecondToolOfTheSameFileName) {
+  ToolFolder folder({path_, ""}, Use::kWrite, console_);
+  folder.AddNew(std::make_unique<tdbTool>("A/B"));
+  EXPECT_THROW(folder.AddNew(std::make_unique<tdbTool>("A/B")), Failure);
+  EXPECT_THROW(folder.AddNew(std::make_unique<tdbTool>("A{{47}}B")), Failure);
+  EXPECT_EQ(folder.Codes(), (std::vector<std::string>{"A/B", "T1"}));
+}
+
+}  // namespace
+}  // namespace tooldb
