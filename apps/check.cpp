@@ -3,9 +3,9 @@
 #include <array>
 #include <memory>
 
-#include "apps/check_files.h"
-#include "apps/check_item.h"
-#include "apps/check_rules.h"
+#include "apps/checks/check_files.h"
+#include "apps/checks/check_item.h"
+#include "apps/checks/check_rules.h"
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/display_text.h"

@@ -3,7 +3,7 @@
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/display_text.h"
-#include "apps/drawing.h"
+#include "apps/drawing/drawing.h"
 #include "apps/output_file.h"
 #include "apps/progress.h"
 #include "apps/query_option.h"

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "apps/contour_arcs.h"
-#include "apps/contour_crossing.h"
+#include "apps/checks/contour_crossing.h"
+#include "apps/drawing/contour_arcs.h"
 
 namespace tooldb {
 namespace {

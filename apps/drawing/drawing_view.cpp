@@ -1,4 +1,4 @@
-#include "apps/drawing_view.h"
+#include "apps/drawing/drawing_view.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "apps/svg_sheet.h"
+#include "apps/drawing/svg_sheet.h"
 
 #include <fmt/format.h>
 

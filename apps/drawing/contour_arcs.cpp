@@ -1,4 +1,4 @@
-#include "apps/contour_arcs.h"
+#include "apps/drawing/contour_arcs.h"
 
 #include <charconv>
 #include <cmath>

@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "apps/bodies.h"
-#include "apps/check_item.h"
-#include "apps/check_rules.h"
+#include "apps/checks/check_item.h"
+#include "apps/checks/check_rules.h"
 #include "apps/display_text.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"

@@ -2,7 +2,7 @@
 #include <array>
 #include <cmath>
 
-#include "apps/drawing.h"
+#include "apps/drawing/drawing.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "apps/contour_arcs.h"
 #include "apps/display_text.h"
-#include "apps/drawing.h"
-#include "apps/tool_measures.h"
+#include "apps/drawing/contour_arcs.h"
+#include "apps/drawing/drawing.h"
+#include "apps/drawing/tool_measures.h"
 #include "tooldb/profile.h"
 
 namespace tooldb {

@@ -1,4 +1,4 @@
-#include "apps/tool_measures.h"
+#include "apps/drawing/tool_measures.h"
 
 #include <fmt/format.h>
 
@@ -7,8 +7,8 @@
 #include <numbers>
 #include <optional>
 
-#include "apps/contour_arcs.h"
 #include "apps/display_text.h"
+#include "apps/drawing/contour_arcs.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"

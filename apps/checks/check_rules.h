@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/finding.h"
+#include "apps/checks/finding.h"
 
 /// @file
 /// Every rule of the check, in one table for the checks and for the help.

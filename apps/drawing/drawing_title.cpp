@@ -4,9 +4,9 @@
 
 #include "apps/condition_slots.h"
 #include "apps/display_text.h"
-#include "apps/drawing.h"
+#include "apps/drawing/drawing.h"
+#include "apps/drawing/tool_measures.h"
 #include "apps/fields.h"
-#include "apps/tool_measures.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool.h"
 #include "tooldb/type_names.h"

@@ -1,4 +1,4 @@
-#include "apps/drawing.h"
+#include "apps/drawing/drawing.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "apps/finding.h"
+#include "apps/checks/finding.h"
 
 class tdbCompositeItem;
 class tdbTool;

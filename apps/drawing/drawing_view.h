@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "apps/bodies.h"
-#include "apps/svg_sheet.h"
+#include "apps/drawing/svg_sheet.h"
 
 namespace tooldb {
 

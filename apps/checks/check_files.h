@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "apps/finding.h"
+#include "apps/checks/finding.h"
 
 namespace tooldb {
 

@@ -1,10 +1,10 @@
-#include "apps/check_files.h"
+#include "apps/checks/check_files.h"
 
 #include <algorithm>
 #include <array>
 #include <map>
 
-#include "apps/check_rules.h"
+#include "apps/checks/check_rules.h"
 #include "apps/database_folder.h"
 #include "apps/text_rules.h"
 

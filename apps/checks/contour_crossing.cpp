@@ -1,4 +1,4 @@
-#include "apps/contour_crossing.h"
+#include "apps/checks/contour_crossing.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,8 +2,8 @@
 #include <cmath>
 
 #include "apps/display_text.h"
-#include "apps/drawing.h"
-#include "apps/tool_measures.h"
+#include "apps/drawing/drawing.h"
+#include "apps/drawing/tool_measures.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool.h"
 

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "apps/bodies.h"
-#include "apps/drawing_view.h"
-#include "apps/svg_sheet.h"
+#include "apps/drawing/drawing_view.h"
+#include "apps/drawing/svg_sheet.h"
 
 class tdbTool;
 

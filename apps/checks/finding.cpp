@@ -1,4 +1,4 @@
-#include "apps/finding.h"
+#include "apps/checks/finding.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,9 +1,9 @@
 #include <fmt/format.h>
 
 #include "apps/bodies.h"
-#include "apps/check_item.h"
-#include "apps/check_rules.h"
-#include "apps/contour_crossing.h"
+#include "apps/checks/check_item.h"
+#include "apps/checks/check_rules.h"
+#include "apps/checks/contour_crossing.h"
 #include "apps/text_rules.h"
 #include "apps/tool_folder.h"
 #include "apps/tree_items.h"
