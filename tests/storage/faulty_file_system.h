@@ -42,6 +42,14 @@ class FaultyFileSystem final : public FileSystem {
     if (file != nullptr) file = std::make_unique<File>(*this, std::move(file), path);
     return file;
   }
+  bool CreateProbe(const std::string& path) override {
+    Check(Kind::kCreate, path);
+    return real_.CreateProbe(path);
+  }
+  bool IsProbe(const std::string& path) override {
+    Check(Kind::kLook, path);
+    return real_.IsProbe(path);
+  }
   void Rename(const std::string& from, const std::string& to) override {
     Check(Kind::kRename, from);
     real_.Rename(from, to);

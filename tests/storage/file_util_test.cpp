@@ -4,6 +4,7 @@
 #include "tests/geom/row_name.h"
 #include "tests/storage/faulty_file_system.h"
 #include "tests/storage/scratch_folder.h"
+#include "tooldb/file_manager.h"
 #include "tooldb/util.h"
 
 namespace tooldb {
@@ -12,6 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Pair;
+using testing::UnorderedElementsAre;
 
 struct PathCase {
   std::string_view name, path, stem, extension;
@@ -100,18 +102,23 @@ TEST(Folder, IsWritableOnlyWhenAFileCanBeMade) {
   EXPECT_EQ(error.code, 7);
 }
 
-TEST(Folder, IsWritableBesideTheProbesOfOthers) {
+TEST(Folder, LosesTheProbesOfKilledProcessesAtInit) {
   const ScratchFolder scratch;
   const std::string alphabet = "abcdefghijklmnaoqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890";
+  const auto next_name = [&] { return tdbUtil::generate_random_string(6, alphabet); };
   std::srand(1);
-  for (const char* text : {"", "somebody's own", ""}) {
-    scratch.MakeFile(tdbUtil::generate_random_string(6, alphabet), text);
-  }
+  const std::string own_text = next_name();
+  const std::string own_empty = next_name();
+  scratch.MakeFile(own_text, "somebody's own");
+  scratch.MakeFile(own_empty, "");
+  for (int left = 0; left < 3; ++left) file_system().CreateProbe(scratch.Path(next_name()));
   std::srand(1);
+  std::string folder = scratch.Path();
+  tdbFileManager files;
   tdbError error;
-  EXPECT_TRUE(tdbFileUtil::is_directory_writable(scratch.Path(), error)) << error.message;
-  EXPECT_THAT(scratch.Files(), ElementsAre(Pair(testing::_, "somebody's own")))
-      << "the probes of killed processes are removed";
+  EXPECT_TRUE(files.Init(folder, error)) << error.message;
+  EXPECT_THAT(scratch.Files(),
+              UnorderedElementsAre(Pair(own_text, "somebody's own"), Pair(own_empty, "")));
 }
 
 TEST(Folder, IsWritableThoughTheProbeCannotBeRemoved) {

@@ -26,10 +26,11 @@ auto uninterrupted(Call&& call) {
   raise_system_error(path, last_system_error());
 }
 
-int open_file(const std::string& path, int flags) {
-  constexpr mode_t kReadAndWriteAsUmaskAllows = 0666;
-  return uninterrupted(
-      [&] { return ::open(path.c_str(), flags | O_CLOEXEC, kReadAndWriteAsUmaskAllows); });
+constexpr mode_t kReadAndWriteAsUmaskAllows = 0666;
+constexpr mode_t kOwnerMayOnlyWrite = 0200;
+
+int open_file(const std::string& path, int flags, mode_t mode = kReadAndWriteAsUmaskAllows) {
+  return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
 }
 
 /// An open descriptor, closed when it goes.
@@ -150,6 +151,18 @@ std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {
   if (number < 0 && errno == EEXIST) return nullptr;
   if (number < 0) raise_last_error(path);
   return std::make_unique<PosixFile>(number, path);
+}
+
+bool SystemFileSystem::CreateProbe(const std::string& path) {
+  const Descriptor probe(open_file(path, O_WRONLY | O_CREAT | O_EXCL, kOwnerMayOnlyWrite));
+  if (!probe.IsOpen() && errno != EEXIST) raise_last_error(path);
+  return probe.IsOpen();
+}
+
+bool SystemFileSystem::IsProbe(const std::string& path) {
+  struct stat status = {};
+  return ::lstat(path.c_str(), &status) == 0 && status.st_size == 0 &&
+         status.st_mode == (S_IFREG | kOwnerMayOnlyWrite);
 }
 
 void SystemFileSystem::Rename(const std::string& from, const std::string& to) {

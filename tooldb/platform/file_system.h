@@ -57,6 +57,10 @@ class FileSystem {
   virtual std::unique_ptr<InputFile> Open(const std::string& path);
   /// Opens a new file for writing, with no sharing; null when the path exists.
   virtual std::unique_ptr<NewFile> CreateNew(const std::string& path) = 0;
+  /// Creates an empty file with permissions that no other file has; false when the path exists.
+  virtual bool CreateProbe(const std::string& path) = 0;
+  /// True for a file as `CreateProbe` leaves it.
+  virtual bool IsProbe(const std::string& path) = 0;
   /// Moves a file, atomically where the file system allows it; replaces the target.
   virtual void Rename(const std::string& from, const std::string& to) = 0;
   virtual void Remove(const std::string& path) = 0;

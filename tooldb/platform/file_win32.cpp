@@ -71,14 +71,16 @@ class Win32File final : public NewFile {
   std::string path_;
 };
 
+constexpr DWORD kProbeAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+
 /// Opens a file as CreateFileA does. A device is refused by its name: to open or to read one can
 /// take for ever.
-HANDLE open_file(const std::string& path, DWORD access, DWORD share, DWORD disposition) {
+HANDLE open_file(const std::string& path, DWORD access, DWORD share, DWORD disposition,
+                 DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
   if (is_reserved_file_name(path.substr(path.find_last_of("/\\:") + 1))) {
     raise_system_error(path, {ERROR_INVALID_NAME, boost::system::system_category()});
   }
-  return CreateFileA(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
-                     nullptr);
+  return CreateFileA(path.c_str(), access, share, nullptr, disposition, attributes, nullptr);
 }
 
 class Win32InputFile final : public InputFile {
@@ -163,6 +165,19 @@ std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {
   if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS) return nullptr;
   if (handle == INVALID_HANDLE_VALUE) raise_last_error(path);
   return std::make_unique<Win32File>(handle, path);
+}
+
+bool SystemFileSystem::CreateProbe(const std::string& path) {
+  const FileHandle probe(open_file(path, GENERIC_WRITE, 0, CREATE_NEW, kProbeAttributes));
+  if (!probe.IsOpen() && GetLastError() != ERROR_FILE_EXISTS) raise_last_error(path);
+  return probe.IsOpen();
+}
+
+bool SystemFileSystem::IsProbe(const std::string& path) {
+  WIN32_FILE_ATTRIBUTE_DATA found = {};
+  return GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &found) != 0 &&
+         (found.dwFileAttributes & kProbeAttributes) == kProbeAttributes &&
+         found.nFileSizeHigh == 0 && found.nFileSizeLow == 0;
 }
 
 void SystemFileSystem::Rename(const std::string& from, const std::string& to) {

@@ -101,6 +101,8 @@ class TemporaryFile {
 };
 
 bool is_left_over(const std::string& folder, const std::string& name) {
+  // A process that is still at work does not miss its probe: it is made only to be removed.
+  if (name.find('.') == std::string::npos) return file_system().IsProbe(folder + '/' + name);
   const auto parsed = parsed_temporary_name(name);
   if (!parsed) return false;
   if (parsed->machine == machine_number() && !is_process_running(parsed->process)) return true;

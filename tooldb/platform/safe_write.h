@@ -21,7 +21,7 @@ std::string folder_of(const std::string& path);
 /// True for the name of a temporary file of `replace_file`, of any process.
 bool is_temporary_file_name(std::string_view name);
 
-/// Removes the temporary files that a killed process left in the folder: those whose process, on
+/// Removes what a killed process left in the folder: probes, the temporary files whose process, on
 /// this machine, is gone, and any older than ten minutes, which is far longer than one file is
 /// being written. What cannot be removed stays; never raises.
 void sweep_temporary_files(const std::string& folder) noexcept;

@@ -14,6 +14,8 @@ class SystemFileSystem final : public FileSystem {
   std::string Read(const std::string& path) override;
   std::unique_ptr<InputFile> Open(const std::string& path) override;
   std::unique_ptr<NewFile> CreateNew(const std::string& path) override;
+  bool CreateProbe(const std::string& path) override;
+  bool IsProbe(const std::string& path) override;
   void Rename(const std::string& from, const std::string& to) override;
   void Remove(const std::string& path) override;
   void CreateFolder(const std::string& path) override;

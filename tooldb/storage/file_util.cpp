@@ -44,23 +44,14 @@ void for_each_name(const std::vector<std::string>& names, Action&& action) {
   if (failure) std::rethrow_exception(failure);
 }
 
-/// Removes the probe of a process that was killed before it could. One that is still at work does
-/// not miss it.
-void remove_left_probe(const std::string& path) {
-  holds([&] {
-    if (file_system().Read(path).empty()) file_system().Remove(path);
-    return true;
-  });
-}
-
-/// Creates an empty file under a random name in the folder, and returns its path.
+/// Creates an empty file under a random name in the folder, and returns its path. A process that is
+/// killed now leaves it to the next sweep of the folder.
 std::string created_probe(const std::string& folder) {
   // The names come in the same order in every process, so another one's probe may stand there.
   constexpr int kMostAttempts = 1000;
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     std::string path = folder + '/' + tdbUtil::generate_random_string(6, kRandomNameAlphabet);
-    if (file_system().CreateNew(path) != nullptr) return path;
-    remove_left_probe(path);
+    if (file_system().CreateProbe(path)) return path;
   }
   throw FileError(folder, "no free name for a probe file");
 }
