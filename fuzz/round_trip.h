@@ -14,7 +14,11 @@ namespace fuzz {
 /// not expected to come back.
 bool carries_markup(tdbCompositeItem& root);
 
-/// Stops the process, and so the fuzzer, with the two texts.
+/// True when a cutting condition is 0 that reads as its default once it is written as "0".
+bool carries_lost_zero(tdbCompositeItem& root);
+
+/// Each stops the process, and so the fuzzer, with what it found.
+void expect(bool holds, const char* property);
 void expect_same(const std::string& first, const std::string& second);
 
 }  // namespace fuzz
