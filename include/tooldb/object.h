@@ -11,6 +11,10 @@ class CodeWatcher;
 
 /// Base of everything that has a name and a code: items of a tool's tree and the two databases.
 ///
+/// Without memory, constructing, copying and setting raise `std::bad_alloc`, for a text that gets
+/// lost would be worse; whatever reads, draws, writes files or works on a database says that it
+/// failed, as after any failure.
+///
 /// The order of the virtual operations here and in the derived classes is part of the binary
 /// interface; new ones go to the end.
 class TDB_EXPORT tdbObject {

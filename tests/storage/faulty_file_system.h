@@ -38,9 +38,8 @@ class FaultyFileSystem final : public FileSystem {
   }
   std::unique_ptr<NewFile> CreateNew(const std::string& path) override {
     Check(Kind::kCreate, path);
-    auto file = real_.CreateNew(path);
-    if (file != nullptr) file = std::make_unique<File>(*this, std::move(file), path);
-    return file;
+    auto file = std::make_unique<File>(*this, path);
+    return file->Open(real_) ? std::move(file) : nullptr;
   }
   bool CreateProbe(const std::string& path) override {
     Check(Kind::kCreate, path);
@@ -87,8 +86,12 @@ class FaultyFileSystem final : public FileSystem {
  private:
   class File final : public NewFile {
    public:
-    File(FaultyFileSystem& owner, std::unique_ptr<NewFile> real, const std::string& path)
-        : owner_(owner), real_(std::move(real)), path_(path) {}
+    File(FaultyFileSystem& owner, const std::string& path) : owner_(owner), path_(path) {}
+
+    bool Open(FileSystem& disk) {
+      real_ = disk.CreateNew(path_);
+      return real_ != nullptr;
+    }
 
     void Write(std::string_view bytes) override {
       if (owner_.ShouldFail(Kind::kWrite, path_)) {

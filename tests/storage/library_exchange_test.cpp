@@ -22,7 +22,7 @@ class Exchange : public testing::Test {
   Exchange() {
     EXPECT_TRUE(db_.Create(lib_));
     for (const char* code : {"T1", "A/B", "T2"}) add_tool(db_, code, "stored");
-    db_.events.clear();
+    db_.Forget();
   }
 
   std::vector<std::string> CodesOf(const std::string& folder) {
@@ -223,7 +223,7 @@ TEST_F(Exchange, ACopyStartsWithoutTools) {
   EXPECT_EQ(assigned.GetToolCount(1), 1);
   const std::unique_ptr<tdbObject> clone(db_.Clone());
   EXPECT_EQ(clone->GetName(), "watched");
-  db_.events.clear();
+  db_.Forget();
   static_cast<tdbToolDB&>(*clone).Init("none");
   EXPECT_EQ(db_.events.size(), 2U) << "with the callbacks of the original";
 }

@@ -20,8 +20,8 @@ class Components : public testing::Test {
     EXPECT_TRUE(tools_.Create(scratch_.Path("tools")));
     EXPECT_TRUE(components_.Create(scratch_.Path("components")));
     tools_.LinkToolComponents(&components_);
-    tools_.events.clear();
-    components_.events.clear();
+    tools_.Forget();
+    components_.Forget();
   }
 
   /// A tool with a use of that component, whose members are loaded.
@@ -85,7 +85,7 @@ class ComponentsLog : public Components, public testing::WithParamInterface<LogC
 
 TEST_P(ComponentsLog, SaysWhatItDoes) {
   add_component(components_, "C1");
-  components_.events.clear();
+  components_.Forget();
   GetParam().run(components_, scratch_);
   std::vector<std::string> expected;
   for (std::string event : GetParam().events) {

@@ -18,7 +18,7 @@ class ToolDb : public testing::Test {
  protected:
   ToolDb() {
     EXPECT_TRUE(db_.Create(scratch_.Path("lib")));
-    db_.events.clear();
+    db_.Forget();
   }
 
   std::string Stored(const std::string& name) { return scratch_.Files("lib")[name]; }

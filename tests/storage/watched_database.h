@@ -30,6 +30,7 @@ class Watched : public Database {
   }
 
   void Note(const tdbError& error) {
+    ++errors_;
     events.push_back("error " + std::to_string(error.code) + ": " + error.message);
   }
   /// Notes the error of an operation that failed.
@@ -37,14 +38,16 @@ class Watched : public Database {
     if (!done) Note(error);
     return done;
   }
-  bool HasReported() const {
-    for (const std::string& event : events) {
-      if (event.starts_with("error")) return true;
-    }
-    return false;
+  bool HasReported() const { return errors_ > 0; }
+  void Forget() {
+    events.clear();
+    errors_ = 0;
   }
 
   std::vector<std::string> events;
+
+ private:
+  int errors_ = 0;  // counted apart, for want of memory for the text
 };
 
 using WatchedTools = Watched<tdbToolDB>;

@@ -3,6 +3,7 @@
 #include <span>
 
 #include "tooldb/model/type_tables.h"
+#include "tooldb/platform/guard.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"
 
@@ -33,7 +34,8 @@ Names names_of(const tdbItem& item) {
 std::string tdbGetTypeName(const tdbItem& item) {
   const auto [table, otherwise] = tooldb::names_of(item);
   const auto row = std::ranges::find(table, item.GetType(), &tooldb::TypeName::code);
-  return std::string(row == table.end() ? otherwise : row->name);
+  const std::string_view name = row == table.end() ? otherwise : row->name;
+  return tooldb::guarded(std::string(), [name] { return std::string(name); });
 }
 
 int tdbGetTypeByName(const tdbItem& item, const std::string& name) {
@@ -43,13 +45,15 @@ int tdbGetTypeByName(const tdbItem& item, const std::string& name) {
 }
 
 std::vector<std::string> tdbGetTypeNames(const tdbItem& item) {
-  std::vector<std::string> names;
-  const auto table = tooldb::names_of(item).table;
-  for (const auto& row : table) {
-    // A code's first row is the one that is written.
-    if (&*std::ranges::find(table, row.code, &tooldb::TypeName::code) == &row) {
-      names.emplace_back(row.name);
+  return tooldb::guarded(std::vector<std::string>(), [&] {
+    std::vector<std::string> names;
+    const auto table = tooldb::names_of(item).table;
+    for (const auto& row : table) {
+      // A code's first row is the one that is written.
+      if (&*std::ranges::find(table, row.code, &tooldb::TypeName::code) == &row) {
+        names.emplace_back(row.name);
+      }
     }
-  }
-  return names;
+    return names;
+  });
 }

@@ -36,11 +36,13 @@ int open_file(const std::string& path, int flags, mode_t mode = kReadAndWriteAsU
 /// An open descriptor, closed when it goes.
 class Descriptor {
  public:
+  Descriptor() = default;
   explicit Descriptor(int number) : number_(number) {}
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
   ~Descriptor() { Close(); }
 
+  void Own(int number) { number_ = number; }
   int Number() const { return number_; }
   bool IsOpen() const { return number_ >= 0; }
   /// False when the system reports a failure. A descriptor is gone whatever close() answers, so
@@ -51,12 +53,18 @@ class Descriptor {
   }
 
  private:
-  int number_;
+  int number_ = -1;
 };
 
 class PosixFile final : public NewFile {
  public:
-  PosixFile(int number, const std::string& path) : descriptor_(number), path_(path) {}
+  explicit PosixFile(const std::string& path) : path_(path) {}
+
+  /// False, with the reason in errno, when it cannot be created.
+  bool OpenNew() {
+    descriptor_.Own(open_file(path_, O_WRONLY | O_CREAT | O_EXCL));
+    return descriptor_.IsOpen();
+  }
 
   void Write(std::string_view bytes) override {
     while (!bytes.empty()) {
@@ -147,10 +155,11 @@ std::unique_ptr<InputFile> SystemFileSystem::Open(const std::string& path) {
 }
 
 std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {
-  const int number = open_file(path, O_WRONLY | O_CREAT | O_EXCL);
-  if (number < 0 && errno == EEXIST) return nullptr;
-  if (number < 0) raise_last_error(path);
-  return std::make_unique<PosixFile>(number, path);
+  // Made before it is opened: without memory for it there would be a file that nobody closes.
+  auto file = std::make_unique<PosixFile>(path);
+  if (file->OpenNew()) return file;
+  if (errno != EEXIST) raise_last_error(path);
+  return nullptr;
 }
 
 bool SystemFileSystem::CreateProbe(const std::string& path) {

@@ -28,11 +28,13 @@ DWORD transfer_size(std::size_t wanted) {
 /// An open file, closed when it goes.
 class FileHandle {
  public:
+  FileHandle() = default;
   explicit FileHandle(HANDLE handle) : handle_(handle) {}
   FileHandle(const FileHandle&) = delete;
   FileHandle& operator=(const FileHandle&) = delete;
   ~FileHandle() { Close(); }
 
+  void Own(HANDLE handle) { handle_ = handle; }
   HANDLE Get() const { return handle_; }
   bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
   bool Close() {
@@ -41,12 +43,30 @@ class FileHandle {
   }
 
  private:
-  HANDLE handle_;
+  HANDLE handle_ = INVALID_HANDLE_VALUE;
 };
+
+constexpr DWORD kProbeAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+
+/// Opens a file as CreateFileA does. A device is refused by its name: to open or to read one can
+/// take for ever.
+HANDLE open_file(const std::string& path, DWORD access, DWORD share, DWORD disposition,
+                 DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
+  if (is_reserved_file_name(path.substr(path.find_last_of("/\\:") + 1))) {
+    raise_system_error(path, {ERROR_INVALID_NAME, boost::system::system_category()});
+  }
+  return CreateFileA(path.c_str(), access, share, nullptr, disposition, attributes, nullptr);
+}
 
 class Win32File final : public NewFile {
  public:
-  Win32File(HANDLE handle, const std::string& path) : handle_(handle), path_(path) {}
+  explicit Win32File(const std::string& path) : path_(path) {}
+
+  /// False, with the reason in GetLastError, when it cannot be created.
+  bool OpenNew() {
+    handle_.Own(open_file(path_, GENERIC_WRITE, 0, CREATE_NEW));
+    return handle_.IsOpen();
+  }
 
   void Write(std::string_view bytes) override {
     while (!bytes.empty()) {
@@ -70,18 +90,6 @@ class Win32File final : public NewFile {
   FileHandle handle_;
   std::string path_;
 };
-
-constexpr DWORD kProbeAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
-
-/// Opens a file as CreateFileA does. A device is refused by its name: to open or to read one can
-/// take for ever.
-HANDLE open_file(const std::string& path, DWORD access, DWORD share, DWORD disposition,
-                 DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
-  if (is_reserved_file_name(path.substr(path.find_last_of("/\\:") + 1))) {
-    raise_system_error(path, {ERROR_INVALID_NAME, boost::system::system_category()});
-  }
-  return CreateFileA(path.c_str(), access, share, nullptr, disposition, attributes, nullptr);
-}
 
 class Win32InputFile final : public InputFile {
  public:
@@ -161,10 +169,11 @@ std::unique_ptr<InputFile> SystemFileSystem::Open(const std::string& path) {
 }
 
 std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {
-  const HANDLE handle = open_file(path, GENERIC_WRITE, 0, CREATE_NEW);
-  if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS) return nullptr;
-  if (handle == INVALID_HANDLE_VALUE) raise_last_error(path);
-  return std::make_unique<Win32File>(handle, path);
+  // Made before it is opened: without memory for it there would be a file that nobody closes.
+  auto file = std::make_unique<Win32File>(path);
+  if (file->OpenNew()) return file;
+  if (GetLastError() != ERROR_FILE_EXISTS) raise_last_error(path);
+  return nullptr;
 }
 
 bool SystemFileSystem::CreateProbe(const std::string& path) {

@@ -25,4 +25,11 @@ Result guarded(tdbError& error, Result on_failure, Body&& body) {
   return on_failure;
 }
 
+/// The same where the value says enough.
+template <class Result, class Body>
+Result guarded(Result on_failure, Body&& body) {
+  tdbError ignored;
+  return guarded(ignored, std::move(on_failure), std::forward<Body>(body));
+}
+
 }  // namespace tooldb

@@ -3,6 +3,7 @@
 #include <initializer_list>
 #include <optional>
 
+#include "tooldb/platform/guard.h"
 #include "tooldb/profile/angles.h"
 #include "tooldb/profile/contour_text.h"
 #include "tooldb/tool_makers.h"
@@ -154,6 +155,16 @@ std::optional<std::vector<ContourSegment>> apt_turn_outline(const AptTurn& m) {
   return outline;
 }
 
+/// Makes the contour text of a maker the item's own; false when there is no text.
+template <class MakeText>
+bool give_profile(tdbItem& item, MakeText&& make_text) {
+  return guarded(false, [&] {
+    const std::optional<std::string> text = make_text();
+    if (text) item.SetProfileXml(text->c_str());
+    return text.has_value();
+  });
+}
+
 }  // namespace
 }  // namespace tooldb
 
@@ -164,10 +175,11 @@ bool tdbMakeAptMillCutter(tdbToolCutter* cutter, float d, float r, float e, floa
       !tooldb::is_in_range(mill)) {
     return false;
   }
-  const auto outline = tooldb::apt_outline(mill);
-  if (!outline) return false;
-  cutter->SetProfileXml(tooldb::fixed_line_text(*outline).c_str());
-  return true;
+  return tooldb::give_profile(*cutter, [&]() -> std::optional<std::string> {
+    const auto outline = tooldb::apt_outline(mill);
+    if (!outline) return std::nullopt;
+    return tooldb::fixed_line_text(*outline);
+  });
 }
 
 bool tdbMakeAptMillShank(tdbToolShank* shank, float diameter, float height) {
@@ -179,16 +191,17 @@ bool tdbMakeAptMillShank(tdbToolShank* shank, float diameter, float height) {
   const auto line = tooldb::SegmentKind::kLine;
   const tooldb::ContourSegment lines[] = {
       {{0, 0}, {r, 0}, {}, line}, {{r, 0}, {r, h}, {}, line}, {{r, h}, {0, h}, {}, line}};
-  shank->SetProfileXml(tooldb::contour_text(lines).c_str());
-  return true;
+  return tooldb::give_profile(
+      *shank, [&] { return std::optional<std::string>(tooldb::contour_text(lines)); });
 }
 
 bool tdbMakeAptTurnCutter(tdbToolCutter* cutter, float d, float l, float angle, float h) {
   if (cutter == nullptr || !tooldb::are_given({d, l, angle, h})) return false;
-  const auto outline = tooldb::apt_turn_outline({d * 0.5, l, angle, h});
-  if (!outline) return false;
-  cutter->SetProfileXml(tooldb::contour_text(*outline).c_str());
-  return true;
+  return tooldb::give_profile(*cutter, [&]() -> std::optional<std::string> {
+    const auto outline = tooldb::apt_turn_outline({d * 0.5, l, angle, h});
+    if (!outline) return std::nullopt;
+    return tooldb::contour_text(*outline);
+  });
 }
 
 bool tdbMakeAptTurnShank(tdbToolShank* /*shank*/, float /*diameter*/, float /*height*/) {

@@ -124,8 +124,7 @@ Runs cutting_runs(const tdbToolCutter& cutter, Outline outline) {
 
 bool tdbProfile::HilightCuttingProfile(const tdbToolCutter& cutter, double tolerance,
                                        std::vector<std::vector<Point2d<double>>>& pieces) {
-  tdbError error;
-  return tooldb::guarded(error, false, [&] {
+  return tooldb::guarded(false, [&] {
     tooldb::Outline outline = tooldb::body_outline(cutter);
     if (!outline.Stands()) return false;
     for (const auto& run : tooldb::cutting_runs(cutter, std::move(outline))) {

@@ -137,8 +137,7 @@ bool tdbItem::GetProfile(kinSceneManager* scene,
                          long mode) {
   const bool has_outline = tooldb::body_class(*this) != tooldb::BodyClass::kNone;
   if (!has_outline || !(tolerance > 0) || !std::isfinite(tolerance)) return false;
-  tdbError error;
-  return tooldb::guarded(error, false, [&] {
+  return tooldb::guarded(false, [&] {
     auto added = IsSTL() ? tooldb::model_contours(*this, scene, tolerance, mode)
                          : tooldb::text_contours(*this, tolerance);
     if (!added) return false;

@@ -2,6 +2,7 @@
 
 #include "geom/number_text.h"
 #include "tooldb/model/text.h"
+#include "tooldb/platform/guard.h"
 #include "tooldb/profile/body_outline.h"
 #include "tooldb/tool_parts.h"
 
@@ -47,6 +48,14 @@ double outline_diameter(const tdbItem& item) {
   return is_extruded(item) ? 0 : outline_width(item);
 }
 
+bool built(tdbItem& item) {
+  return guarded(false, [&] { return build_outline(item); });
+}
+
+double measured(const tdbItem& item, double (*measure)(const tdbItem&)) {
+  return guarded(0.0, [&] { return measure(item); });
+}
+
 }  // namespace
 }  // namespace tooldb
 
@@ -57,23 +66,29 @@ void tdbToolCutter::ResetProfile() {
   tooldb::clear_outline(*this);
   InitProfile(GetType());
 }
-bool tdbToolCutter::BuildProfile(int /*variant*/) { return tooldb::build_outline(*this); }
-double tdbToolCutter::GetDiameter() const { return tooldb::outline_diameter(*this); }
+bool tdbToolCutter::BuildProfile(int /*variant*/) { return tooldb::built(*this); }
+double tdbToolCutter::GetDiameter() const {
+  return tooldb::measured(*this, tooldb::outline_diameter);
+}
 void tdbToolCutter::SetDiameter(double diameter) {
   SetParam("DIAMETER", tooldb::general_text(diameter).c_str());
 }
-double tdbToolCutter::GetLength() const { return tooldb::outline_length(*this); }
+double tdbToolCutter::GetLength() const { return tooldb::measured(*this, tooldb::outline_length); }
 
 void tdbToolShank::InitProfile() { tooldb::set_defaults(*this, tooldb::shank_types(), GetType()); }
 void tdbToolShank::ResetProfile() {
   tooldb::clear_outline(*this);
   InitProfile();
 }
-bool tdbToolShank::BuildProfile() { return tooldb::build_outline(*this); }
-double tdbToolShank::GetDiameter() const { return tooldb::outline_diameter(*this); }
-double tdbToolShank::GetLength() const { return tooldb::outline_length(*this); }
+bool tdbToolShank::BuildProfile() { return tooldb::built(*this); }
+double tdbToolShank::GetDiameter() const {
+  return tooldb::measured(*this, tooldb::outline_diameter);
+}
+double tdbToolShank::GetLength() const { return tooldb::measured(*this, tooldb::outline_length); }
 
 void tdbToolHolder::ResetProfile() { tooldb::clear_outline(*this); }
-bool tdbToolHolder::BuildProfile(int /*variant*/) { return tooldb::build_outline(*this); }
-double tdbToolHolder::GetDiameter() const { return tooldb::outline_diameter(*this); }
-double tdbToolHolder::GetLength() const { return tooldb::outline_length(*this); }
+bool tdbToolHolder::BuildProfile(int /*variant*/) { return tooldb::built(*this); }
+double tdbToolHolder::GetDiameter() const {
+  return tooldb::measured(*this, tooldb::outline_diameter);
+}
+double tdbToolHolder::GetLength() const { return tooldb::measured(*this, tooldb::outline_length); }

@@ -25,9 +25,8 @@ std::string model_error(const tdbItem& item) {
 
 bool tdbProfile::ExtractProfile(const std::vector<Triangle<double>>& triangles,
                                 std::vector<Point2d<double>>& points, float tolerance) {
-  tdbError error;
   points.clear();
-  return tooldb::guarded(error, false, [&] {
+  return tooldb::guarded(false, [&] {
     points = tooldb::silhouette(triangles, tolerance);
     return !points.empty();
   });
@@ -35,8 +34,7 @@ bool tdbProfile::ExtractProfile(const std::vector<Triangle<double>>& triangles,
 
 std::vector<std::vector<Point2d<double>>> tdbProfile::OffsetProfile2(
     const std::vector<Point2d<double>>& contour, double distance) {
-  tdbError error;
-  return tooldb::guarded(error, std::vector<tooldb::Polyline>(), [&] {
+  return tooldb::guarded(std::vector<tooldb::Polyline>(), [&] {
     if (const tooldb::Polyshift* library = tooldb::Polyshift::BesideHost()) {
       if (auto polygons = library->Offset(contour, distance)) return *std::move(polygons);
     }
@@ -45,17 +43,24 @@ std::vector<std::vector<Point2d<double>>> tdbProfile::OffsetProfile2(
 }
 
 bool tdbProfile::CreateInsertProfile(const tdbInsertGeometry& insert, std::string& contour_xml) {
-  const tooldb::Outline outline = tooldb::insert_outline(insert);
-  if (!outline.Stands()) return false;
-  contour_xml = tooldb::contour_text(outline.segments);
-  return true;
+  return tooldb::guarded(false, [&] {
+    const tooldb::Outline outline = tooldb::insert_outline(insert);
+    if (!outline.Stands()) return false;
+    contour_xml = tooldb::contour_text(outline.segments);
+    return true;
+  });
 }
 
 std::string tdbProfile::OutlineError(const tdbItem& item) {
   if (tooldb::body_class(item) == tooldb::BodyClass::kNone) return {};
-  return tooldb::is_model(item) ? model_error(item) : tooldb::body_outline(item).refusal;
+  tdbError failure;
+  std::string refusal = tooldb::guarded(failure, std::string(), [&] {
+    return tooldb::is_model(item) ? model_error(item) : tooldb::body_outline(item).refusal;
+  });
+  return failure.message.empty() ? refusal : failure.message;
 }
 
 std::vector<tdbDimension> tdbProfile::GetDimensions(const tdbItem& item) {
-  return tooldb::body_dimensions(item);
+  return tooldb::guarded(std::vector<tdbDimension>(),
+                         [&] { return tooldb::body_dimensions(item); });
 }

@@ -50,12 +50,12 @@ class MeshShape final : public kinShape {
 class StlSceneManager final : public kinSceneManager {
  public:
   kinShape* LoadShape(const std::string& path, const std::string& /*options*/) override {
-    tdbError error;
     kinShape* none = nullptr;
-    return guarded(error, none, [&]() -> kinShape* { return new MeshShape(read_stl_file(path)); });
+    return guarded(none, [&]() -> kinShape* { return new MeshShape(read_stl_file(path)); });
   }
   kinShape* CreateShape(const std::vector<Triangle<double>>& triangles) override {
-    return new MeshShape(triangles);
+    kinShape* none = nullptr;
+    return guarded(none, [&]() -> kinShape* { return new MeshShape(triangles); });
   }
 };
 

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <memory>
 
 #include "tooldb/platform/guard.h"
 #include "tooldb/profile.h"
@@ -24,8 +25,7 @@ template <class Append>
 bool append_or_nothing(std::vector<Facet>& mesh, double tolerance, const Append& append) {
   if (!(tolerance > 0) || !std::isfinite(tolerance)) return false;
   const std::size_t before = mesh.size();
-  tdbError error;
-  const bool made = guarded(error, false, append);
+  const bool made = guarded(false, append);
   if (!made) mesh.erase(mesh.begin() + static_cast<std::ptrdiff_t>(before), mesh.end());
   return made;
 }
@@ -35,11 +35,12 @@ bool get_shape(tdbItem& item, MeshOf mesh_of, const BodyMesh& how, std::vector<F
 }
 
 kinShape* make_shape(tdbItem& item, kinSceneManager* scene, const std::vector<Facet>& mesh) {
-  kinShape* shape = scene->CreateShape(mesh);
+  const auto release = [](kinShape* unfinished) { unfinished->Release(); };
+  std::unique_ptr<kinShape, decltype(release)> shape(scene->CreateShape(mesh));
   if (shape == nullptr) return nullptr;
   shape->SetName(item.GetName());
   shape->SetMaterial(item.GetMaterial());
-  return shape;
+  return shape.release();
 }
 
 kinShape* create_shape(tdbItem& item, MeshOf mesh_of, const BodyMesh& how, bool* empty) {
@@ -47,8 +48,7 @@ kinShape* create_shape(tdbItem& item, MeshOf mesh_of, const BodyMesh& how, bool*
   std::vector<Facet> mesh;
   kinShape* shape = nullptr;
   if (get_shape(item, mesh_of, how, mesh)) {
-    tdbError error;
-    shape = guarded(error, shape, [&] { return make_shape(item, scene, mesh); });
+    shape = guarded(shape, [&] { return make_shape(item, scene, mesh); });
   }
   if (empty != nullptr) *empty = shape == nullptr;
   return shape;
