@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "geom/task_order.h"
+
 /// @file
 /// Loops spread over the cores. The pieces of a loop depend on its length and grain alone, never
 /// on the number of threads, so that a result is the same bit for bit on one core and on many. A
@@ -23,7 +25,9 @@ void parallel_for(std::size_t count, std::size_t grain, const Body& body) {
     body(std::size_t{0}, count);
     return;
   }
+  const TaskOrder::Call call;
   tbb::parallel_for(std::size_t{0}, (count + grain - 1) / grain, [&](std::size_t piece) {
+    const TaskOrder::Piece order;
     const std::size_t begin = piece * grain;
     body(begin, count - begin < grain ? count : begin + grain);
   });
@@ -43,8 +47,18 @@ struct Reduction {
     const std::size_t middle = begin + (end - begin) / 2;
     Result left;
     Result right;
-    tbb::parallel_invoke([&] { left = (*this)(begin, middle); },
-                         [&] { right = (*this)(middle, end); });
+    {
+      const TaskOrder::Call call;
+      tbb::parallel_invoke(
+          [&] {
+            const TaskOrder::Piece order;
+            left = (*this)(begin, middle);
+          },
+          [&] {
+            const TaskOrder::Piece order;
+            right = (*this)(middle, end);
+          });
+    }
     return join(std::move(left), std::move(right));
   }
 };
