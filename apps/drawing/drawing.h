@@ -6,6 +6,7 @@
 #include "apps/bodies.h"
 #include "apps/drawing/drawing_view.h"
 #include "apps/drawing/svg_sheet.h"
+#include "apps/drawing/tool_measures.h"
 
 class tdbTool;
 
@@ -19,13 +20,17 @@ namespace tooldb {
 /// @param refused  filled with why parts could not be drawn, one line each
 std::string drawing_of(tdbTool& tool, std::vector<std::string>& refused);
 
-/// The bodies, the axis, the gauge line and the programmed point.
-void draw_parts(SvgSheet& sheet, const DrawingView& view, const std::vector<Body>& bodies,
-                tdbTool& tool);
+void draw_parts(SvgSheet& sheet, const DrawingView& view, const std::vector<Body>& bodies);
+void draw_axis(SvgSheet& sheet, const DrawingView& view);
+/// @param point  in the tool's frame, x from the axis and y along it
+void draw_programmed_point(SvgSheet& sheet, const DrawingView& view, const Point2d<double>& point);
 
-/// The dimensions around a tool that stands upright.
+/// The dimensions around a tool that stands upright, and its gauge line.
 void draw_dimensions(SvgSheet& sheet, const DrawingView& view, const std::vector<Body>& bodies,
-                     tdbTool& tool);
+                     const Measures& measures);
+
+/// True for a turning insert without a holder: a view of its side is drawn beside it.
+bool is_lone_insert(const std::vector<Body>& bodies);
 
 /// The dimensions of a turning insert, or of another tool in the plane of its axis.
 void draw_plate_dimensions(SvgSheet& sheet, const DrawingView& view,

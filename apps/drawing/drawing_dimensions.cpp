@@ -1,21 +1,23 @@
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "apps/display_text.h"
 #include "apps/drawing/drawing.h"
 #include "apps/drawing/tool_measures.h"
-#include "tooldb/profile.h"
-#include "tooldb/tool.h"
 
 namespace tooldb {
 namespace {
 
 constexpr double kTextHeight = 3;
-constexpr double kLineGap = 7.5;      // between parallel dimension lines
-constexpr double kLabelGap = 4.6;     // between labels of a column
-constexpr double kDistance = 7;       // of the first dimension line from the tool
-constexpr double kOverhang = 1.2;     // of an extension line past its dimension line
-constexpr double kOffset = 0.8;       // of an extension line from the tool, of a text from its line
+constexpr double kLineGap = 7.5;    // between parallel dimension lines
+constexpr double kLabelGap = 4.6;   // between labels of a column
+constexpr double kDistance = 7;     // of the first dimension line from the tool
+constexpr double kBelow = 9.5;      // of the first one below it, past the end of the axis
+constexpr double kOverhang = 1.2;   // of an extension line past its dimension line
+constexpr double kOffset = 1;       // of an extension line from the tool, of a text from its line
+constexpr double kClearance = 1.5;  // of a text from the lines that it stands between
+constexpr double kTopOfSheet = 10;
 constexpr double kRoomForArrows = 9;  // a shorter line has its arrows outside
 constexpr double kOutsideArrow = 5;
 
@@ -42,11 +44,10 @@ class Dimensions {
         left_(view.Paper({view.Across().low, 0}).x),
         right_(view.Paper({view.Across().high, 0}).x) {}
 
-  void Draw(tdbTool& tool) {
-    DrawLengths(lengths_of(bodies_, tool));
-    const auto diameters = diameters_of(bodies_);
-    DrawBelow(diameters);
-    DrawSide(diameters, notes_of(bodies_));
+  void Draw(const Measures& measures) {
+    DrawLengths(measures.lengths);
+    DrawBelow(measures.diameters);
+    DrawSide(measures);
   }
 
  private:
@@ -63,15 +64,21 @@ class Dimensions {
     return radius;
   }
 
+  // Shortest inside. The extension lines of the outer ones cross the columns of the inner.
   void DrawLengths(const std::vector<LengthMeasure>& lengths) {
     double column = right_ + kDistance;
-    for (const LengthMeasure& length : lengths) {
-      DrawLength(length, column);
+    for (auto length = lengths.begin(); length != lengths.end(); ++length) {
+      std::vector<double> crossings;
+      for (auto outer = length + 1; outer != lengths.end(); ++outer) {
+        crossings.push_back(view_.Paper({0, outer->span.low}).y);
+        crossings.push_back(view_.Paper({0, outer->span.high}).y);
+      }
+      DrawLength(*length, column, std::move(crossings));
       column += kLineGap;
     }
   }
 
-  void DrawLength(const LengthMeasure& length, double column) {
+  void DrawLength(const LengthMeasure& length, double column, std::vector<double> crossings) {
     const PaperPoint low{column, view_.Paper({0, length.span.low}).y};
     const PaperPoint high{column, view_.Paper({0, length.span.high}).y};
     for (const double height : {length.span.low, length.span.high}) {
@@ -82,11 +89,26 @@ class Dimensions {
     const double size = low.y - high.y;
     DrawArrowed(low, high, size);
     const double room = text_width(text, kTextHeight);
-    // A text that does not fit stands above the line, where its extension line ends.
-    const bool fits = room + 2 < size;
-    const double at = fits ? (low.y + high.y) / 2 + room / 2
-                           : high.y - (size < kRoomForArrows ? kOutsideArrow + 1 : 2);
-    sheet_.Text("", {column - kOffset, at}, kTextHeight, Anchor::kStart, text, 90);
+    if (room + 2 * kClearance <= size) {
+      sheet_.Text("", {column - kOffset, (low.y + high.y) / 2}, kTextHeight, Anchor::kMiddle, text,
+                  90);
+      return;
+    }
+    const double above = high.y - (size < kRoomForArrows ? kOutsideArrow : 0) - kClearance;
+    const double start = FreeStart(above, room, std::move(crossings));
+    if (start < above) sheet_.Line("dim", high, {column, start - room});
+    sheet_.Text("", {column - kOffset, start}, kTextHeight, Anchor::kStart, text, 90);
+  }
+
+  // Where a text that runs upwards can begin, at `lowest` or above, so that no line crosses it.
+  static double FreeStart(double lowest, double room, std::vector<double> crossings) {
+    std::ranges::sort(crossings, std::greater());
+    double start = lowest;
+    for (const double line : crossings) {
+      const bool is_clear = line > start + kClearance || line < start - room - kClearance;
+      if (!is_clear) start = line - kClearance;
+    }
+    return start - room < kTopOfSheet ? lowest : start;
   }
 
   // A dimension line, with its arrows outside when there is no room between its ends.
@@ -109,15 +131,18 @@ class Dimensions {
   void DrawBelow(const std::vector<DiameterMeasure>& diameters) {
     std::vector<DiameterMeasure> below;
     std::ranges::copy_if(diameters, std::back_inserter(below), &DiameterMeasure::is_below);
+    if (below.empty()) return;
     std::ranges::stable_sort(below, {}, &DiameterMeasure::radius);
-    double row = view_.Paper({0, view_.Along().low}).y + kDistance;
+    const double widest = view_.Paper({below.back().radius, 0}).x;
+    double row = view_.Paper({0, view_.Along().low}).y + kBelow;
     for (const DiameterMeasure& diameter : below) {
-      DrawDiameterBelow(diameter, row);
+      DrawDiameterBelow(diameter, row, widest);
       row += kLineGap;
     }
   }
 
-  void DrawDiameterBelow(const DiameterMeasure& diameter, double row) {
+  // A text beside its dimension line keeps clear of the extension line of the widest one.
+  void DrawDiameterBelow(const DiameterMeasure& diameter, double row, double widest) {
     const PaperPoint left = view_.Paper({-diameter.radius, diameter.heights.low});
     const PaperPoint right = view_.Paper({diameter.radius, diameter.heights.low});
     for (const double x : {left.x, right.x}) {
@@ -126,12 +151,17 @@ class Dimensions {
     const double size = right.x - left.x;
     DrawArrowed({left.x, row}, {right.x, row}, size);
     const std::string text = DiameterText(diameter);
-    if (text_width(text, kTextHeight) + 2 < size) {
+    const double room = text_width(text, kTextHeight) + kClearance;
+    if (room + kClearance < size) {
       sheet_.Text("", {(left.x + right.x) / 2, row - kOffset}, kTextHeight, Anchor::kMiddle, text);
-    } else {
-      const double at = right.x + (size < kRoomForArrows ? kOutsideArrow + 1 : 2);
-      sheet_.Text("", {at, row - kOffset}, kTextHeight, Anchor::kStart, text);
+      return;
     }
+    double at = right.x + (size < kRoomForArrows ? kOutsideArrow + 1 : 2);
+    if (at < widest && at + room > widest) {
+      at = widest + kClearance;
+      sheet_.Line("dim", {right.x, row}, {at, row});
+    }
+    sheet_.Text("", {at, row - kOffset}, kTextHeight, Anchor::kStart, text);
   }
 
   static std::string DiameterText(const DiameterMeasure& diameter) {
@@ -139,25 +169,22 @@ class Dimensions {
            (diameter.meaning.empty() ? "" : "  " + diameter.meaning);
   }
 
-  void DrawSide(const std::vector<DiameterMeasure>& diameters,
-                const std::vector<NoteMeasure>& notes) {
+  void DrawSide(const Measures& measures) {
     std::vector<SideLabel> labels;
-    for (const DiameterMeasure& d : diameters) {
+    for (const DiameterMeasure& d : measures.diameters) {
       if (d.is_below) continue;
       labels.push_back({Kind::kDiameter, view_.Paper({0, d.heights.high}).y,
                         view_.Paper({0, d.heights.low}).y, view_.Paper({-d.radius, 0}),
                         view_.Paper({d.radius, 0}), DiameterText(d)});
     }
-    for (const NoteMeasure& note : notes) {
+    for (const NoteMeasure& note : measures.notes) {
       const PaperPoint target = view_.Paper({-std::abs(note.at.x), note.at.y});
       labels.push_back({Kind::kNote, target.y, target.y, target, target, note.text});
     }
-    if (view_.ShowsOrigin()) {
+    if (!measures.origin.empty() && view_.ShowsOrigin()) {
       const PaperPoint end = view_.Paper({view_.Across().low, 0});
-      const bool has_holder =
-          std::ranges::any_of(bodies_, [](const Body& b) { return b.role == Body::Role::kHolder; });
-      labels.push_back(
-          {Kind::kGaugeLine, end.y, end.y, end, end, has_holder ? "gauge line" : "tool origin"});
+      sheet_.Line("gauge", end, view_.Paper({view_.Across().high, 0}));
+      labels.push_back({Kind::kGaugeLine, end.y, end.y, end, end, measures.origin});
     }
     Spread(labels);
     for (const SideLabel& label : labels) DrawSideLabel(label);
@@ -211,8 +238,8 @@ class Dimensions {
 }  // namespace
 
 void draw_dimensions(SvgSheet& sheet, const DrawingView& view, const std::vector<Body>& bodies,
-                     tdbTool& tool) {
-  Dimensions(sheet, view, bodies).Draw(tool);
+                     const Measures& measures) {
+  Dimensions(sheet, view, bodies).Draw(measures);
 }
 
 }  // namespace tooldb

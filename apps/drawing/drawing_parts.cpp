@@ -4,7 +4,6 @@
 
 #include "apps/drawing/drawing.h"
 #include "tooldb/profile.h"
-#include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"
 
 namespace tooldb {
@@ -13,7 +12,7 @@ namespace {
 using Role = Body::Role;
 using Polygons = std::vector<std::vector<PaperPoint>>;
 
-constexpr double kAxisOverhang = 6;
+constexpr double kAxisOverhang = 4;
 // A corner that turns less belongs to a curve and is no edge.
 constexpr double kEdgeTurn = 0.3;
 
@@ -130,6 +129,12 @@ class PartsPainter {
   const std::vector<Body>& bodies_;
 };
 
+}  // namespace
+
+void draw_parts(SvgSheet& sheet, const DrawingView& view, const std::vector<Body>& bodies) {
+  PartsPainter(sheet, view, bodies).Paint();
+}
+
 void draw_axis(SvgSheet& sheet, const DrawingView& view) {
   PaperPoint low = view.Paper({0, view.Along().low});
   PaperPoint high = view.Paper({0, view.Along().high});
@@ -141,30 +146,12 @@ void draw_axis(SvgSheet& sheet, const DrawingView& view) {
   sheet.Line("axis", low, high);
 }
 
-// Where the offsets of the tool are measured from: the plane of its origin.
-void draw_gauge_line(SvgSheet& sheet, const DrawingView& view) {
-  if (!view.ShowsOrigin()) return;
-  sheet.Line("gauge", view.Paper({view.Across().low, 0}), view.Paper({view.Across().high, 0}));
-}
-
-void draw_programmed_point(SvgSheet& sheet, const DrawingView& view, tdbTool& tool) {
-  if (tool.GetCutterCount() == 0) return;
-  const auto place = tool.GetAbsPosCutter(0);
-  const PaperPoint at = view.Paper({place(0, 3), place(2, 3)});
+void draw_programmed_point(SvgSheet& sheet, const DrawingView& view, const Point2d<double>& point) {
+  const PaperPoint at = view.Paper(point);
   constexpr double kRadius = 1.3;
   sheet.Circle("dim", at, kRadius);
   sheet.Line("dim", {at.x - 1.8 * kRadius, at.y}, {at.x + 1.8 * kRadius, at.y});
   sheet.Line("dim", {at.x, at.y - 1.8 * kRadius}, {at.x, at.y + 1.8 * kRadius});
-}
-
-}  // namespace
-
-void draw_parts(SvgSheet& sheet, const DrawingView& view, const std::vector<Body>& bodies,
-                tdbTool& tool) {
-  PartsPainter(sheet, view, bodies).Paint();
-  draw_axis(sheet, view);
-  draw_gauge_line(sheet, view);
-  draw_programmed_point(sheet, view, tool);
 }
 
 }  // namespace tooldb

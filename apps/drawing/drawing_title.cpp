@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <span>
 
 #include "apps/condition_slots.h"
 #include "apps/display_text.h"
@@ -9,6 +10,7 @@
 #include "apps/fields.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool.h"
+#include "tooldb/tool_parts.h"
 #include "tooldb/type_names.h"
 #include "tooldb/util.h"
 
@@ -18,13 +20,31 @@ namespace {
 constexpr double kCaption = 2.3;
 constexpr double kText = 3.1;
 constexpr double kCode = 5.2;
-constexpr double kRow = 8.25;
+constexpr double kRow = 8.2;          // of a caption and one line of text
+constexpr double kLine = 4.1;         // of each further line
 constexpr double kTableShare = 0.36;  // of the width, for the table of dimensions
 constexpr int kMostOffsets = 6;
 
+// Columns of text that a width on the paper has room for.
+int columns_in(double width, double height) { return static_cast<int>(width / (0.49 * height)); }
+
 // A text that is cut to the room it has on the paper.
 std::string fitted(const std::string& text, double width, double height) {
-  return cut_to_width(printable(text), static_cast<int>(width / (0.49 * height)));
+  return cut_to_width(printable(text), columns_in(width, height));
+}
+
+std::vector<std::string> lines_of(const std::string& text, int columns) {
+  std::vector<std::string> lines;
+  std::string clean;
+  append_printable_lines(clean, text);
+  const std::string folded = wrapped(clean, columns, 0);
+  for (std::size_t from = 0; from < folded.size();) {
+    const std::size_t end = std::min(folded.find('\n', from), folded.size());
+    lines.push_back(cut_to_width(folded.substr(from, end - from), columns));
+    from = end + 1;
+  }
+  if (lines.empty()) lines.emplace_back();
+  return lines;
 }
 
 std::string joined(const std::vector<std::string>& parts, const char* between) {
@@ -39,14 +59,15 @@ struct ConditionName {
   const char* unit;
   double usual;
 };
-constexpr ConditionName kConditions[] = {{"inserts", "teeth", "", -1},
-                                         {"ap", "ap", " mm", -1},
-                                         {"dc", "Dc", " mm", -1},
-                                         {"corner_radius", "corner radius", " mm", -1},
-                                         {"rake_angle", "rake", "\u00b0", 0},
-                                         {"approach_angle", "approach", "\u00b0", 90},
-                                         {"verify.feed.maximum", "feed \u2264", "", 30000},
-                                         {"verify.spindle.maximum", "spindle \u2264", "", 20000}};
+constexpr ConditionName kConditions[] = {
+    {"inserts", "teeth", "", -1},
+    {"ap", "ap", " mm", -1},
+    {"dc", "Dc", " mm", -1},
+    {"corner_radius", "corner radius", " mm", -1},
+    {"rake_angle", "rake", "\u00b0", 0},
+    {"approach_angle", "approach", "\u00b0", 90},
+    {"verify.feed.maximum", "feed \u2264", " mm/min", 30000},
+    {"verify.spindle.maximum", "spindle \u2264", " /min", 20000}};
 
 std::string condition_text(tdbTool& tool) {
   const auto slots = condition_slots(tool);
@@ -85,20 +106,40 @@ constexpr FurtherName kFurther[] = {{"PITCH", "pitch"},       {"TP", "pitch"},
                                     {"HAND", "hand"},         {"BMC", "material"},
                                     {"MATERIAL", "material"}, {"COATING", "coating"},
                                     {"VENDOR", "vendor"},     {"PRODUCT-ID", "product"}};
+constexpr std::pair<std::string_view, std::string_view> kHands[] = {
+    {"TRUE", "right"}, {"FALSE", "left"}, {"R", "right"}, {"L", "left"}, {"N", "neutral"}};
+
+std::string upper_text(std::string text) {
+  tdbUtil::to_upper(text);
+  return text;
+}
+
+std::string hand_text(const std::string& value) {
+  const auto* const row = std::ranges::find(
+      kHands, upper_text(value), [](const auto& hand) { return std::string(hand.first); });
+  return row == std::end(kHands) ? value : std::string(row->second);
+}
+
+// Adds what a list of parameters says; what is said already stays.
+template <class Params>
+void add_further(const Params& params, std::vector<std::string>& parts) {
+  for (const auto& [name, value] : params) {
+    const std::string key = upper_text(name.substr(name.rfind('.') + 1));
+    const auto row = std::ranges::find(kFurther, key, &FurtherName::parameter);
+    if (row == std::end(kFurther) || value.empty()) continue;
+    const std::string start = std::string(row->name) + ' ';
+    const auto is_said = [&](const std::string& part) { return part.starts_with(start); };
+    if (std::ranges::any_of(parts, is_said)) continue;
+    parts.push_back(start + (row->name == "hand" ? hand_text(value) : value));
+  }
+}
 
 std::string further_text(tdbTool& tool) {
   std::vector<std::string> parts;
-  for (const auto& [name, value] : tool.GetParamList()) {
-    std::string key = name.substr(name.rfind('.') + 1);
-    tdbUtil::to_upper(key);
-    const auto row = std::ranges::find(kFurther, key, &FurtherName::parameter);
-    if (row == std::end(kFurther) || value.empty()) continue;
-    const bool is_hand = key == "HAND";
-    const std::string shown = is_hand && value == "true"    ? "right"
-                              : is_hand && value == "false" ? "left"
-                                                            : value;
-    parts.push_back(std::string(row->name) + ' ' + shown);
+  for (int i = 0; i < tool.GetCutterCount(); ++i) {
+    add_further(tool.GetCutter(i)->GetParams(), parts);
   }
+  add_further(tool.GetParamList(), parts);
   return joined(parts, ",  ");
 }
 
@@ -106,6 +147,18 @@ std::string kind_text(tdbTool& tool) {
   const auto kind = field_value(tool, "kind");
   const std::string type = tdbGetTypeName(tool);
   return kind && !kind->text.empty() && kind->text != type ? type + ", " + kind->text : type;
+}
+
+std::vector<std::string> cutter_texts(const std::vector<Body>& bodies) {
+  std::vector<std::string> texts;
+  for (const Body& body : bodies) {
+    if (body.role != Body::Role::kCutter) continue;
+    for (const tdbDimension& dimension : tdbProfile::GetDimensions(*body.item)) {
+      texts.push_back(dimension_text(dimension));
+    }
+  }
+  std::erase(texts, "");
+  return texts;
 }
 
 class TitleBlock {
@@ -124,11 +177,7 @@ class TitleBlock {
         {"description", tool.GetDescr()},       {"kind", kind_text(tool)},
         {"comment", tool.GetComment()},         {"further data", further_text(tool)},
         {"cutting data", condition_text(tool)}, {"offsets", offsets_text(tool)}};
-    double y = corner_.y + kHeadRow;
-    for (const auto& [caption, text] : rows) {
-      DrawCell({corner_.x, y}, left, caption, text);
-      y += kRow;
-    }
+    DrawRows(rows, left);
     DrawTable(corner_.x + left, width_ - left, bodies, unit);
     DrawLegend(corner_.x + left);
   }
@@ -136,14 +185,17 @@ class TitleBlock {
  private:
   static constexpr double kHeadRow = 13.5;
   static constexpr double kLegendHeight = 16;
+  static constexpr double kWideLetter = 0.68;
+  static constexpr double kTableHead = 6;
+  static constexpr double kTableStep = 4.8;
+  static constexpr double kTableText = 2.9;
 
   void DrawHead(const tdbTool& tool, double width, const std::string& unit,
                 const std::string& scale) {
     const double narrow = 22;
     const double code = width - 2 * narrow;
     sheet_.Text("caption", {corner_.x + 2, corner_.y + 4}, kCaption, Anchor::kStart, "code");
-    sheet_.Text("", {corner_.x + 2, corner_.y + 10.5}, kCode, Anchor::kStart,
-                fitted(tool.GetCode(), code - 4, kCode));
+    DrawCode(tool.GetCode(), code - 4);
     const std::pair<const char*, const std::string&> cells[] = {{"unit", unit}, {"scale", scale}};
     double x = corner_.x + code;
     for (const auto& [caption, text] : cells) {
@@ -154,26 +206,58 @@ class TitleBlock {
     }
   }
 
-  void DrawCell(PaperPoint at, double width, const char* caption, const std::string& text) {
+  // Capitals are wide; a long code is written smaller before it is cut.
+  void DrawCode(const std::string& code, double width) {
+    const double wide = kWideLetter * display_width(printable(code));
+    const double size = std::clamp(wide > 0 ? width / wide : kCode, kCaption, kCode);
+    const int columns = static_cast<int>(width / (kWideLetter * size));
+    sheet_.Text("", {corner_.x + 2, corner_.y + 10.5}, size, Anchor::kStart,
+                cut_to_width(printable(code), columns));
+  }
+
+  // A long text takes further lines as far as there is room; empty rows make room for them.
+  void DrawRows(std::span<const std::pair<const char*, std::string>> rows, double width) {
+    double y = corner_.y + kHeadRow;
+    const auto filled =
+        std::ranges::count_if(rows, [](const auto& r) { return !r.second.empty(); });
+    const double room = height_ - kHeadRow - kRow * static_cast<double>(filled);
+    auto spare = static_cast<std::size_t>(std::max(room / kLine, 0.0));
+    for (const auto& [caption, text] : rows) {
+      if (text.empty()) continue;
+      auto lines = lines_of(text, columns_in(width - 4, kText));
+      const std::size_t shown = std::min(lines.size(), 1 + spare);
+      if (shown < lines.size()) lines[shown - 1] += "\u2026";
+      lines.resize(shown);
+      spare -= shown - 1;
+      DrawRow({corner_.x, y}, width, caption, lines);
+      y += kRow + kLine * static_cast<double>(shown - 1);
+    }
+  }
+
+  void DrawRow(PaperPoint at, double width, const char* caption,
+               const std::vector<std::string>& lines) {
     sheet_.Line("rule", at, {at.x + width, at.y});
     sheet_.Text("caption", {at.x + 2, at.y + 3}, kCaption, Anchor::kStart, caption);
-    sheet_.Text("", {at.x + 2, at.y + 6.9}, kText, Anchor::kStart, fitted(text, width - 4, kText));
+    double y = at.y + 6.9;
+    for (const std::string& line : lines) {
+      sheet_.Text("", {at.x + 2, y}, kText, Anchor::kStart, line);
+      y += kLine;
+    }
   }
 
   // The dimensions of the cutting parts: what the drawing has no room for stands here too.
   void DrawTable(double x, double width, const std::vector<Body>& bodies, const std::string& unit) {
     sheet_.Text("caption", {x + 2, corner_.y + 4}, kCaption, Anchor::kStart,
                 "dimensions of the cutting part (" + unit + ")");
-    double y = corner_.y + 9;
-    for (const Body& body : bodies) {
-      if (body.role != Body::Role::kCutter) continue;
-      for (const tdbDimension& dimension : tdbProfile::GetDimensions(*body.item)) {
-        const std::string text = dimension_text(dimension);
-        if (text.empty() || y > corner_.y + height_ - kLegendHeight) continue;
-        sheet_.Text("", {x + 2, y}, kText - 0.2, Anchor::kStart,
-                    fitted(text, width - 4, kText - 0.2));
-        y += 4.8;
-      }
+    const auto texts = cutter_texts(bodies);
+    if (texts.empty()) return;
+    const double room = height_ - kLegendHeight - kTableHead;
+    const double step = std::min(kTableStep, room / static_cast<double>(texts.size()));
+    const double size = step * kTableText / kTableStep;
+    double y = corner_.y + kTableHead + step * 0.6;
+    for (const std::string& text : texts) {
+      sheet_.Text("", {x + 2, y}, size, Anchor::kStart, fitted(text, width - 4, size));
+      y += step;
     }
   }
 

@@ -14,45 +14,39 @@ constexpr std::array kScales = {50.0,     20.0,      10.0,      5.0,      2.0,
                                 1.0,      1 / 2.0,   1 / 5.0,   1 / 10.0, 1 / 20.0,
                                 1 / 50.0, 1 / 100.0, 1 / 1000.0};
 
-Extent across_of(const std::vector<Body>& bodies) {
-  Extent extent{INFINITY, -INFINITY};
+constexpr Extent kNothing = {INFINITY, -INFINITY};
+
+void widen(Extent& extent, double value) {
+  extent.low = std::min(extent.low, value);
+  extent.high = std::max(extent.high, value);
+}
+
+}  // namespace
+
+ViewExtent extent_of(const std::vector<Body>& bodies) {
+  ViewExtent extent{kNothing, kNothing};
   for (const Body& body : bodies) {
     for (const Contour& contour : body.contours) {
       for (const auto& point : contour) {
         for (const double side : {1.0, -1.0}) {
           if (side < 0 && !body.is_revolved) continue;
-          const double x = body.Placed({side * point.x, point.y}).x;
-          extent.low = std::min(extent.low, x);
-          extent.high = std::max(extent.high, x);
+          const auto placed = body.Placed({side * point.x, point.y});
+          widen(extent.across, placed.x);
+          widen(extent.along, placed.y);
         }
       }
     }
   }
-  return extent.low <= extent.high ? extent : Extent();
+  return extent.along.low <= extent.along.high ? extent : ViewExtent();
 }
 
-Extent along_of(const std::vector<Body>& bodies) {
-  Extent extent{INFINITY, -INFINITY};
-  for (const Body& body : bodies) {
-    if (body.contours.empty()) continue;
-    const Extent own = axial_extent(body);
-    extent.low = std::min(extent.low, own.low);
-    extent.high = std::max(extent.high, own.high);
-  }
-  return extent.low <= extent.high ? extent : Extent();
-}
-
-}  // namespace
-
-DrawingView::DrawingView(const Field& field, const std::vector<Body>& bodies, double unit,
-                         bool is_lying)
+DrawingView::DrawingView(const Field& field, const ViewExtent& extent, double unit, bool is_lying)
     : unit_(unit),
       is_lying_(is_lying),
-      along_(along_of(bodies)),
-      across_(across_of(bodies)),
+      extent_(extent),
       centre_{field.corner.x + field.width / 2, field.corner.y + field.height / 2} {
-  const double wide = (is_lying ? along_ : across_).Size() * unit;
-  const double high = (is_lying ? across_ : along_).Size() * unit;
+  const double wide = (is_lying ? extent.along : extent.across).Size() * unit;
+  const double high = (is_lying ? extent.across : extent.along).Size() * unit;
   const auto fits = [&](double scale) {
     return wide * scale <= field.width && high * scale <= field.height;
   };
@@ -61,13 +55,13 @@ DrawingView::DrawingView(const Field& field, const std::vector<Body>& bodies, do
 }
 
 bool DrawingView::ShowsOrigin() const {
-  const double slack = 0.02 * along_.Size();
-  return !is_lying_ && 0 >= along_.low - slack && 0 <= along_.high + slack;
+  const double slack = 0.02 * extent_.along.Size();
+  return !is_lying_ && 0 >= extent_.along.low - slack && 0 <= extent_.along.high + slack;
 }
 
 PaperPoint DrawingView::Paper(const Point2d<double>& point) const {
-  const double across = Length(point.x - (across_.low + across_.high) / 2);
-  const double along = Length(point.y - (along_.low + along_.high) / 2);
+  const double across = Length(point.x - (extent_.across.low + extent_.across.high) / 2);
+  const double along = Length(point.y - (extent_.along.low + extent_.along.high) / 2);
   if (is_lying_) return {centre_.x + along, centre_.y + across};
   return {centre_.x + across, centre_.y - along};
 }

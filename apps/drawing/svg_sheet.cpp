@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "apps/display_text.h"
@@ -191,6 +192,15 @@ void SvgSheet::Text(std::string_view style, PaperPoint at, double height, Anchor
                   style_class, x, y, number(height), anchor_name(anchor), rotation, escaped(text));
 }
 
+void SvgSheet::BeginClip(PaperPoint centre, double radius) {
+  body_ += fmt::format(
+      "<clipPath id=\"clip{0}\"><circle cx=\"{1}\" cy=\"{2}\" r=\"{3}\"/></clipPath>\n"
+      "<g clip-path=\"url(#clip{0})\">\n",
+      ++clips_, number(centre.x), number(centre.y), number(radius));
+}
+
+void SvgSheet::EndClip() { body_ += "</g>\n"; }
+
 std::string SvgSheet::Document(std::string_view title) const {
   const std::string width = number(width_);
   const std::string height = number(height_);
@@ -202,8 +212,27 @@ std::string SvgSheet::Document(std::string_view title) const {
       width, height, escaped(title), style_sheet(), hatches(), body_);
 }
 
+// Widths of the letters of the sans-serif fonts that the style sheet names, in their height.
 double text_width(std::string_view text, double height) {
-  return 0.52 * height * display_width(printable(text));
+  constexpr std::string_view kNarrow = " !'()*,-./:;I[]`fijlrt|";
+  constexpr std::string_view kWide = "%@MWmw";
+  double width = 0;
+  std::size_t others = 0;
+  for (const char c : text) {
+    if (static_cast<unsigned char>(c) >= 0x80) {
+      ++others;
+    } else if (kNarrow.find(c) != std::string_view::npos) {
+      width += 0.32;
+    } else if (kWide.find(c) != std::string_view::npos) {
+      width += 0.88;
+    } else {
+      width += c >= 'A' && c <= 'Z' ? 0.7 : 0.56;
+    }
+  }
+  // Letters beyond ASCII take about as much as a digit, per column.
+  const int columns = display_width(printable(text));
+  const auto ascii = static_cast<double>(text.size() - others);
+  return height * (width + 0.6 * std::max(0.0, columns - ascii));
 }
 
 }  // namespace tooldb

@@ -36,6 +36,10 @@ class SvgSheet {
   void Text(std::string_view style, PaperPoint at, double height, Anchor anchor,
             std::string_view text, double turn = 0);
 
+  /// What is drawn until `EndClip` is seen within a circle only.
+  void BeginClip(PaperPoint centre, double radius);
+  void EndClip();
+
   /// The document.
   std::string Document(std::string_view title) const;
 
@@ -43,6 +47,7 @@ class SvgSheet {
   double width_;
   double height_;
   std::string body_;
+  int clips_ = 0;
 };
 
 /// Estimated width of a text, mm.

@@ -34,7 +34,8 @@ std::vector<DiameterMeasure> cylinders_of(const Body& body, const std::string& m
       const auto b = body.Placed(contour[i]);
       const double radius = std::abs(a.x);
       if (!same(std::abs(b.x), radius) || same(radius, 0) || same(a.y, b.y)) continue;
-      cylinders.push_back({radius, {std::min(a.y, b.y), std::max(a.y, b.y)}, meaning, false});
+      cylinders.push_back(
+          {radius, {std::min(a.y, b.y), std::max(a.y, b.y)}, meaning, false, body.role});
     }
   }
   std::ranges::sort(cylinders, {}, [](const auto& c) { return c.heights.low; });
@@ -52,7 +53,7 @@ void add_shank_diameters(const Body& body, std::vector<DiameterMeasure>& out) {
     });
     if (known == out.end()) out.push_back(cylinder);
   }
-  if (cylinders.empty()) out.push_back({widest, axial_extent(body), "shank", false});
+  if (cylinders.empty()) out.push_back({widest, axial_extent(body), "shank", false, body.role});
 }
 
 // The lowest and highest placed points of the cutter that are `radius` away from the axis.
@@ -87,34 +88,41 @@ void add_holder_diameters(const Body& body, std::vector<DiameterMeasure>& out) {
   const double widest = largest_radius(body);
   const double nose = end_radius(body, extent.low);
   if (nose > 0 && !same(nose, widest)) {
-    out.push_back({nose, {extent.low, extent.low}, "holder nose", false});
+    out.push_back({nose, {extent.low, extent.low}, "holder nose", false, body.role});
   }
   Extent heights = same(end_radius(body, extent.high), widest) ? Extent{extent.high, extent.high}
                                                                : heights_at(body, widest);
   for (const auto& cylinder : cylinders_of(body, "")) {
     if (same(cylinder.radius, widest)) heights = cylinder.heights;
   }
-  out.push_back({widest, heights, "holder", false});
+  out.push_back({widest, heights, "holder", false, body.role});
 }
 
-// The diameters of the type, and the widest part where none of them is it.
+// The diameters of the type, and the widest part where none of them is it. What lies nearer to the
+// tip than the cutting diameter is dimensioned below the tip with it.
 void add_cutter_diameters(const Body& body, std::vector<DiameterMeasure>& out) {
-  const Extent extent = axial_extent(body);
   const double widest = largest_radius(body);
-  bool has_widest = false;
+  std::vector<DiameterMeasure> own;
   bool has_cutting = false;
+  double cutting_low = -INFINITY;
   for (const tdbDimension& d : tdbProfile::GetDimensions(*body.item)) {
     if (d.kind != Kind::kDiameter || !(d.value > 0)) continue;
-    const Extent heights = heights_at(body, d.value / 2);
+    const double radius = d.value / 2;
+    Extent heights = heights_at(body, radius);
     const bool is_cutting = d.name == "DIAMETER";
-    const bool is_below = is_cutting || heights.low < (extent.low + extent.high) / 2;
-    out.push_back({d.value / 2, heights, is_cutting ? "" : d.meaning, is_below});
-    has_widest = has_widest || same(d.value / 2, widest);
+    if (is_cutting) cutting_low = heights.low;
     has_cutting = has_cutting || is_cutting;
+    // Of two diameters of one size the later is the upper one.
+    const bool is_again =
+        std::ranges::any_of(own, [&](const auto& o) { return o.radius == radius; });
+    if (is_again) heights.low = heights.high;
+    const bool is_below = is_cutting || heights.low < cutting_low;
+    own.push_back({radius, heights, is_cutting ? "" : d.meaning, is_below});
   }
-  if (!has_widest) {
-    out.push_back({widest, heights_at(body, widest), has_cutting ? "widest" : "", !has_cutting});
+  if (std::ranges::none_of(own, [&](const auto& o) { return same(o.radius, widest); })) {
+    own.push_back({widest, heights_at(body, widest), has_cutting ? "widest" : "", !has_cutting});
   }
+  std::ranges::move(own, std::back_inserter(out));
 }
 
 // The band of heights of the edge that cuts.
@@ -181,18 +189,27 @@ std::optional<double> shoulder_of(const std::vector<Body>& bodies, double cuttin
   return shoulder;
 }
 
-void add_length(std::vector<LengthMeasure>& lengths, double from, double to, std::string meaning) {
-  if (to - from <= 0 || same(from, to)) return;
-  for (LengthMeasure& known : lengths) {
-    if (!same(known.span.low, from) || !same(known.span.high, to)) continue;
-    known.meaning += ", " + meaning;
-    return;
-  }
-  lengths.push_back({{from, to}, std::move(meaning)});
+LengthMeasure* known_length(std::vector<LengthMeasure>& lengths, const Extent& span) {
+  const double slack = kSame * span.Size();
+  const auto known = std::ranges::find_if(lengths, [&](const LengthMeasure& other) {
+    return std::abs(other.span.low - span.low) <= slack &&
+           std::abs(other.span.high - span.high) <= slack;
+  });
+  return known == lengths.end() ? nullptr : &*known;
 }
 
-// The middle of the cutter's straight edge that has an angle to the axis.
-std::optional<Point2d<double>> edge_at_angle(const Body& body, double from_axis) {
+void add_length(std::vector<LengthMeasure>& lengths, const Extent& span, std::string meaning) {
+  if (span.Size() <= kSame * std::max(std::abs(span.low), std::abs(span.high))) return;
+  if (LengthMeasure* const known = known_length(lengths, span)) {
+    known->meaning += ", " + meaning;
+  } else {
+    lengths.push_back({span, std::move(meaning)});
+  }
+}
+
+// The middles of the cutter's straight edges that have an angle to the axis, lowest first.
+std::vector<Point2d<double>> edges_at_angle(const Body& body, double from_axis) {
+  std::vector<Point2d<double>> middles;
   for (const Contour& contour : body.contours) {
     for (std::size_t i = 1; i < contour.size(); ++i) {
       const auto& a = contour[i - 1];
@@ -200,10 +217,11 @@ std::optional<Point2d<double>> edge_at_angle(const Body& body, double from_axis)
       const double angle = degrees(std::atan2(std::abs(b.x - a.x), std::abs(b.y - a.y)));
       const bool is_along_axis = same(a.x, 0) && same(b.x, 0);
       if (is_along_axis || std::abs(angle - from_axis) > 0.05) continue;
-      return body.Placed({(a.x + b.x) / 2, (a.y + b.y) / 2});
+      middles.push_back(body.Placed({(a.x + b.x) / 2, (a.y + b.y) / 2}));
     }
   }
-  return std::nullopt;
+  std::ranges::sort(middles, {}, &Point2d<double>::y);
+  return middles;
 }
 
 double angle_from_axis(const tdbDimension& d) {
@@ -223,11 +241,16 @@ std::string angle_note(const tdbDimension& d) {
   return shown_number(d.value) + "\u00b0 " + d.meaning + meaning;
 }
 
+// Angles of one size belong to one edge after another, from the tip upwards.
 void add_angle_notes(const Body& body, std::vector<NoteMeasure>& notes) {
+  std::vector<double> taken;
   for (const tdbDimension& d : tdbProfile::GetDimensions(*body.item)) {
     if (!is_angle(d.kind) || !(d.value != 0) || std::isnan(d.value)) continue;
-    if (const auto at = edge_at_angle(body, angle_from_axis(d))) {
-      notes.push_back({*at, angle_note(d)});
+    for (const auto& at : edges_at_angle(body, angle_from_axis(d))) {
+      if (std::ranges::find(taken, at.y) != taken.end()) continue;
+      taken.push_back(at.y);
+      notes.push_back({at, angle_note(d)});
+      break;
     }
   }
 }
@@ -254,8 +277,6 @@ void add_radius_notes(const Body& body, std::vector<NoteMeasure>& notes) {
   }
 }
 
-}  // namespace
-
 std::vector<DiameterMeasure> diameters_of(const std::vector<Body>& bodies) {
   std::vector<DiameterMeasure> diameters;
   for (const Body& body : bodies) {
@@ -275,15 +296,18 @@ std::vector<LengthMeasure> lengths_of(const std::vector<Body>& bodies, tdbTool& 
   for (const Body& body : bodies) {
     if (body.role != Role::kCutter) continue;
     if (const auto band = cutting_band(body)) {
-      add_length(lengths, tip, band->high, "cutting length");
+      add_length(lengths, {tip, band->high}, "cutting length");
     }
   }
+  // Where the shank begins to be wider right above the edge, the cutting length says it all.
   const auto shoulder = shoulder_of(bodies, reach.cutting_radius);
-  if (shoulder) add_length(lengths, tip, *shoulder, "usable length");
-  if (reach.nose) add_length(lengths, tip, *reach.nose, "stickout");
-  if (reach.shanks) add_length(lengths, tip, reach.shanks->high, "overall length");
+  if (shoulder && known_length(lengths, {tip, *shoulder}) == nullptr) {
+    add_length(lengths, {tip, *shoulder}, "usable length");
+  }
+  if (reach.nose) add_length(lengths, {tip, *reach.nose}, "stickout");
+  if (reach.shanks) add_length(lengths, {tip, reach.shanks->high}, "overall length");
   const double programmed = tool.GetAbsPosCutter(0)(2, 3);
-  add_length(lengths, programmed, 0, reach.nose ? "gauge length" : "to the tool origin");
+  add_length(lengths, {programmed, 0}, reach.nose ? "gauge length" : "to the tool origin");
   std::ranges::stable_sort(lengths, {}, [](const auto& l) { return l.span.Size(); });
   return lengths;
 }
@@ -296,6 +320,14 @@ std::vector<NoteMeasure> notes_of(const std::vector<Body>& bodies) {
     add_angle_notes(body, notes);
   }
   return notes;
+}
+
+}  // namespace
+
+Measures measures_of(const std::vector<Body>& bodies, tdbTool& tool) {
+  const bool has_holder = std::ranges::find(bodies, Role::kHolder, &Body::role) != bodies.end();
+  return {lengths_of(bodies, tool), diameters_of(bodies), notes_of(bodies),
+          has_holder ? "gauge line" : "tool origin"};
 }
 
 std::string dimension_value(const tdbDimension& d) {

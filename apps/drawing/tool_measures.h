@@ -19,6 +19,7 @@ struct DiameterMeasure {
   Extent heights;
   std::string meaning;
   bool is_below;  ///< of the cutting end: it is dimensioned below the tip
+  Body::Role role = Body::Role::kCutter;
 };
 
 /// A length along the axis, from the tip or the programmed point.
@@ -33,10 +34,14 @@ struct NoteMeasure {
   std::string text;
 };
 
-std::vector<DiameterMeasure> diameters_of(const std::vector<Body>& bodies);
-/// Shortest first; equal ones are one.
-std::vector<LengthMeasure> lengths_of(const std::vector<Body>& bodies, tdbTool& tool);
-std::vector<NoteMeasure> notes_of(const std::vector<Body>& bodies);
+struct Measures {
+  std::vector<LengthMeasure> lengths;  ///< shortest first; equal ones are one
+  std::vector<DiameterMeasure> diameters;
+  std::vector<NoteMeasure> notes;  ///< of the cutters
+  std::string origin;              ///< what the plane of the tool's origin is; empty: not shown
+};
+
+Measures measures_of(const std::vector<Body>& bodies, tdbTool& tool);
 
 /// A dimension with its value for a person: "point angle 118° (total)". Empty for one that has no
 /// value, or is 0.
