@@ -63,8 +63,8 @@ const CodeCase kCodes[] = {
     {"Device", "com1", ""},
 #else
     {"BrokenUtf8", "\xC3", "\xC3.ktf"},
-#endif
     {"LongestThatFits", std::string(251, 'x'), std::string(251, 'x') + ".ktf"},
+#endif
     {"Empty", "", ""},
     {"TooLong", std::string(252, 'x'), ""},
     {"TooLongEncoded", std::string(60, '/'), ""},

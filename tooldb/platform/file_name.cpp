@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tooldb/platform/file_system.h"
+
 namespace tooldb {
 
 namespace {
@@ -15,9 +17,12 @@ bool is_control(char c) { return (c >= 0 && c < ' ') || c == '\x7f'; }
 std::string_view new_file_name_problem(std::string_view name) {
   if (name.size() > kLongestFileName) return "file name longer than 255 bytes";
   if (std::any_of(name.begin(), name.end(), is_control)) return "control character in the name";
-  if (!is_in_code_page(name)) return "bytes in the name that the code page does not have";
-  if (is_reserved_file_name(name)) return "name reserved by the system";
-  return {};
+  return system_name_problem(name);
+}
+
+void require_plain_path(const std::string& path) {
+  const std::string_view problem = system_path_problem(path);
+  if (!problem.empty()) throw FileError(path, std::string(problem));
 }
 
 std::string_view file_stem(std::string_view path) {

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 /// @file
-/// Names of files.
+/// Names of files, and paths.
 
 namespace tooldb {
 
@@ -11,14 +12,17 @@ namespace tooldb {
 /// every system: no list, shell or document shows them.
 std::string_view new_file_name_problem(std::string_view name);
 
-/// True for a name that the system keeps for itself, such as that of a device.
-bool is_reserved_file_name(std::string_view name);
-
-/// False for bytes that are no text in the code page of the process, where the system has one: it
-/// would make another name of them.
-bool is_in_code_page(std::string_view name);
+/// Raises `FileError` for a path that the system would take for another one, for a device, or
+/// refuse without a clear reason. What stands there is not looked at.
+void require_plain_path(const std::string& path);
 
 /// The name of the file in a path, without folder and extension; borrowed from the path.
 std::string_view file_stem(std::string_view path);
+
+/// The system's own rules for a name without folder; empty when it keeps them.
+std::string_view system_name_problem(std::string_view name);
+
+/// The same for a whole path; the names in it are looked at too.
+std::string_view system_path_problem(const std::string& path);
 
 }  // namespace tooldb

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <utility>
 
-#include "tooldb/platform/file_name.h"
 #include "tooldb/platform/system_error.h"
 #include "tooldb/platform/system_file_system.h"
 
@@ -130,12 +129,6 @@ class PosixInputFile final : public InputFile {
 bool is_flush_unsupported(int error) { return error == EINVAL || error == ENOTSUP; }
 
 }  // namespace
-
-bool is_reserved_file_name(std::string_view name) { return name == "." || name == ".."; }
-
-bool is_in_code_page(std::string_view) { return true; }
-
-boost::system::error_code last_system_error() { return {errno, boost::system::generic_category()}; }
 
 std::string SystemFileSystem::Read(const std::string& path) {
   PosixInputFile file(path);

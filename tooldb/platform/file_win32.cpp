@@ -46,15 +46,12 @@ class FileHandle {
   HANDLE handle_ = INVALID_HANDLE_VALUE;
 };
 
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr DWORD kProbeAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
-/// Opens a file as CreateFileA does. A device is refused by its name: to open or to read one can
-/// take for ever.
 HANDLE open_file(const std::string& path, DWORD access, DWORD share, DWORD disposition,
                  DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
-  if (is_reserved_file_name(path.substr(path.find_last_of("/\\:") + 1))) {
-    raise_system_error(path, {ERROR_INVALID_NAME, boost::system::system_category()});
-  }
+  require_plain_path(path);
   return CreateFileA(path.c_str(), access, share, nullptr, disposition, attributes, nullptr);
 }
 
@@ -119,8 +116,7 @@ class Win32InputFile final : public InputFile {
 
  private:
   static HANDLE OpenShared(const std::string& path) {
-    const DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    return open_file(path, GENERIC_READ, share_all, OPEN_EXISTING);
+    return open_file(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
   }
 
   FileHandle handle_;
@@ -128,28 +124,27 @@ class Win32InputFile final : public InputFile {
   std::uint64_t size_ = 0;
 };
 
+[[noreturn]] void raise_code(const std::string& path, DWORD code) {
+  raise_system_error(path, {static_cast<int>(code), boost::system::system_category()});
+}
+
+/// True for a file with all of these attributes.
+bool is_file_with(const std::string& path, DWORD attributes) {
+  const DWORD found = GetFileAttributesA(path.c_str());
+  return found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) == 0 &&
+         (found & attributes) == attributes;
+}
+
+/// Of a target that is open elsewhere the system says only that it denies the access.
+void raise_if_held(const std::string& path) {
+  if (!is_file_with(path, 0)) return;
+  const FileHandle file(open_file(path, DELETE, kShareAll, OPEN_EXISTING));
+  if (file.IsOpen() || GetLastError() == ERROR_SHARING_VIOLATION) {
+    raise_code(path, ERROR_SHARING_VIOLATION);
+  }
+}
+
 }  // namespace
-
-bool is_reserved_file_name(std::string_view name) {
-  constexpr std::string_view kDevices[] = {"CON", "PRN", "AUX", "NUL"};
-  constexpr std::string_view kPorts[] = {"COM", "LPT"};
-  std::string stem(name.substr(0, name.find('.')));
-  while (stem.ends_with(' ')) stem.pop_back();
-  for (char& c : stem) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
-  if (std::ranges::find(kDevices, stem) != std::end(kDevices)) return true;
-  const bool numbered = stem.size() == 4 && stem[3] >= '0' && stem[3] <= '9';
-  if (numbered && std::ranges::find(kPorts, stem.substr(0, 3)) != std::end(kPorts)) return true;
-  return name.ends_with('.') || name.ends_with(' ');
-}
-
-bool is_in_code_page(std::string_view name) {
-  return name.empty() || MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, name.data(),
-                                             static_cast<int>(name.size()), nullptr, 0) > 0;
-}
-
-boost::system::error_code last_system_error() {
-  return {static_cast<int>(GetLastError()), boost::system::system_category()};
-}
 
 std::string SystemFileSystem::Read(const std::string& path) {
   Win32InputFile file(path);
@@ -190,9 +185,16 @@ bool SystemFileSystem::IsProbe(const std::string& path) {
 }
 
 void SystemFileSystem::Rename(const std::string& from, const std::string& to) {
-  if (!MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-    raise_last_error(from);
+  require_plain_path(from);
+  require_plain_path(to);
+  // Not every server and emulator refuses to replace such a file.
+  if (is_file_with(to, FILE_ATTRIBUTE_READONLY)) raise_code(to, ERROR_ACCESS_DENIED);
+  if (MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    return;
   }
+  const DWORD failure = GetLastError();
+  if (failure == ERROR_ACCESS_DENIED) raise_if_held(to);
+  raise_code(from, failure);
 }
 
 // Folders cannot be flushed here; the moves above are written through.

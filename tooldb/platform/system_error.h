@@ -7,10 +7,13 @@
 
 namespace tooldb {
 
+/// Why a call on `path` failed, in the same words on every system where it gives the same reason.
+std::string reason_text(const std::string& path, const boost::system::error_code& reason);
+
 /// Raises `FileError` with the system's reason.
 [[noreturn]] inline void raise_system_error(const std::string& path,
                                             const boost::system::error_code& reason) {
-  throw FileError(path, reason.message());
+  throw FileError(path, reason_text(path, reason));
 }
 
 /// The failure of the operating system's last call.

@@ -2,6 +2,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include "tooldb/platform/file_name.h"
 #include "tooldb/platform/system_error.h"
 
 namespace tooldb {
@@ -13,6 +14,7 @@ using boost::system::error_code;
 
 /// Kind of what stands at `path`; raises when that cannot be found out.
 fs::file_type type_of(const std::string& path) {
+  require_plain_path(path);
   error_code failure;
   const fs::file_status status = fs::status(path, failure);
   if (status.type() == fs::status_error) raise_system_error(path, failure);
@@ -22,6 +24,7 @@ fs::file_type type_of(const std::string& path) {
 }  // namespace
 
 void SystemFileSystem::Remove(const std::string& path) {
+  require_plain_path(path);
   error_code failure;
   if (fs::remove(path, failure)) return;
   if (!failure) failure = make_error_code(boost::system::errc::no_such_file_or_directory);
@@ -29,12 +32,14 @@ void SystemFileSystem::Remove(const std::string& path) {
 }
 
 void SystemFileSystem::CreateFolder(const std::string& path) {
+  require_plain_path(path);
   error_code failure;
   fs::create_directory(path, failure);
   if (failure) raise_system_error(path, failure);
 }
 
 std::vector<std::string> SystemFileSystem::List(const std::string& folder) {
+  require_plain_path(folder);
   std::vector<std::string> names;
   error_code failure;
   fs::directory_iterator entry(folder, failure);
@@ -63,6 +68,7 @@ bool SystemFileSystem::IsSameFile(const std::string& a, const std::string& b) {
 }
 
 std::int64_t SystemFileSystem::LastWriteTime(const std::string& path) {
+  require_plain_path(path);
   error_code failure;
   const std::time_t time = fs::last_write_time(path, failure);
   if (failure) raise_system_error(path, failure);
