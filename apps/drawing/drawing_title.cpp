@@ -144,6 +144,7 @@ std::string further_text(tdbTool& tool) {
 }
 
 std::string kind_text(tdbTool& tool) {
+  if (tool.GetCutterCount() == 0) return "holder";
   const auto kind = field_value(tool, "kind");
   const std::string type = tdbGetTypeName(tool);
   return kind && !kind->text.empty() && kind->text != type ? type + ", " + kind->text : type;
@@ -173,10 +174,14 @@ class TitleBlock {
     sheet_.Line("rule", {corner_.x + left, corner_.y}, {corner_.x + left, corner_.y + height_});
     const char* unit = tool.GetUnitOfMeasurement() == 0 ? "mm" : "inch";
     DrawHead(tool, left, unit, scale);
+    const bool has_cutter = tool.GetCutterCount() > 0;
     const std::pair<const char*, std::string> rows[] = {
-        {"description", tool.GetDescr()},       {"kind", kind_text(tool)},
-        {"comment", tool.GetComment()},         {"further data", further_text(tool)},
-        {"cutting data", condition_text(tool)}, {"offsets", offsets_text(tool)}};
+        {"description", tool.GetDescr()},
+        {"kind", kind_text(tool)},
+        {"comment", tool.GetComment()},
+        {"further data", further_text(tool)},
+        {"cutting data", has_cutter ? condition_text(tool) : ""},
+        {"offsets", has_cutter ? offsets_text(tool) : ""}};
     DrawRows(rows, left);
     DrawTable(corner_.x + left, width_ - left, bodies, unit);
     DrawLegend(corner_.x + left);

@@ -110,26 +110,6 @@ std::string path_data(const std::vector<PaperPoint>& points) {
   return data;
 }
 
-std::string escaped(std::string_view text) {
-  std::string out;
-  for (const char c : printable(text)) {
-    switch (c) {
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '&':
-        out += "&amp;";
-        break;
-      default:
-        out += c;
-    }
-  }
-  return out;
-}
-
 constexpr const char* anchor_name(Anchor anchor) {
   return anchor == Anchor::kStart ? "start" : anchor == Anchor::kMiddle ? "middle" : "end";
 }
@@ -187,9 +167,9 @@ void SvgSheet::Text(std::string_view style, PaperPoint at, double height, Anchor
   const std::string rotation =
       turn == 0 ? "" : fmt::format(" transform=\"rotate({} {} {})\"", number(-turn), x, y);
   const std::string style_class = style.empty() ? "" : fmt::format(" class=\"{}\"", style);
-  body_ +=
-      fmt::format("<text{} x=\"{}\" y=\"{}\" font-size=\"{}\" text-anchor=\"{}\"{}>{}</text>\n",
-                  style_class, x, y, number(height), anchor_name(anchor), rotation, escaped(text));
+  body_ += fmt::format(
+      "<text{} x=\"{}\" y=\"{}\" font-size=\"{}\" text-anchor=\"{}\"{}>{}</text>\n", style_class, x,
+      y, number(height), anchor_name(anchor), rotation, xml_escaped(text));
 }
 
 void SvgSheet::BeginClip(PaperPoint centre, double radius) {
@@ -209,7 +189,27 @@ std::string SvgSheet::Document(std::string_view title) const {
       "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}mm\" height=\"{1}mm\" "
       "viewBox=\"0 0 {0} {1}\">\n<title>{2}</title>\n{3}{4}"
       "<rect class=\"paper\" width=\"{0}\" height=\"{1}\"/>\n{5}</svg>\n",
-      width, height, escaped(title), style_sheet(), hatches(), body_);
+      width, height, xml_escaped(title), style_sheet(), hatches(), body_);
+}
+
+std::string xml_escaped(std::string_view text) {
+  std::string out;
+  for (const char c : printable(text)) {
+    switch (c) {
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '&':
+        out += "&amp;";
+        break;
+      default:
+        out += c;
+    }
+  }
+  return out;
 }
 
 // Widths of the letters of the sans-serif fonts that the style sheet names, in their height.

@@ -50,6 +50,9 @@ class SvgSheet {
   int clips_ = 0;
 };
 
+/// A text between tags; what cannot be printed is replaced.
+std::string xml_escaped(std::string_view text);
+
 /// Estimated width of a text, mm.
 double text_width(std::string_view text, double height);
 

@@ -9,6 +9,7 @@
 
 #include "apps/display_text.h"
 #include "apps/drawing/contour_arcs.h"
+#include "apps/drawing/drawing_view.h"
 #include "tooldb/profile.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"
@@ -291,7 +292,11 @@ std::vector<DiameterMeasure> diameters_of(const std::vector<Body>& bodies) {
 std::vector<LengthMeasure> lengths_of(const std::vector<Body>& bodies, tdbTool& tool) {
   std::vector<LengthMeasure> lengths;
   const Reach reach = reach_of(bodies);
-  if (!reach.cutters) return lengths;
+  if (!reach.cutters) {
+    const ViewExtent extent = extent_of(bodies);
+    add_length(lengths, extent.along, "length");
+    return lengths;
+  }
   const double tip = reach.cutters->low;
   for (const Body& body : bodies) {
     if (body.role != Role::kCutter) continue;
@@ -325,9 +330,12 @@ std::vector<NoteMeasure> notes_of(const std::vector<Body>& bodies) {
 }  // namespace
 
 Measures measures_of(const std::vector<Body>& bodies, tdbTool& tool) {
-  const bool has_holder = std::ranges::find(bodies, Role::kHolder, &Body::role) != bodies.end();
+  const auto has = [&](Role role) {
+    return std::ranges::find(bodies, role, &Body::role) != bodies.end();
+  };
+  const bool is_assembly = has(Role::kHolder) && has(Role::kCutter);
   return {lengths_of(bodies, tool), diameters_of(bodies), notes_of(bodies),
-          has_holder ? "gauge line" : "tool origin"};
+          is_assembly ? "gauge line" : "tool origin"};
 }
 
 std::string dimension_value(const tdbDimension& d) {
