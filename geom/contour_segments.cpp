@@ -19,6 +19,8 @@ constexpr double kFitSlack = 1e-5;
 constexpr double kSameAngle = 1e-9;
 constexpr double kDefaultTolerance = 1e-3;
 constexpr double kFinestTolerance = 1e-9;
+// Bounds time and memory: some full circles at the finest tolerance.
+constexpr double kMostChords = 1 << 18;
 
 // A corner between two sides of its outline.
 struct Corner {
@@ -165,19 +167,43 @@ Vec2 quadrant_point(Vec2 center, double radius, int quarter) {
   return center + radius * kDirections[static_cast<unsigned>(quarter) & 3U];
 }
 
-void append_arc(std::vector<Vec2>& points, const ContourSegment& arc, double tolerance) {
+// How finely arcs are replaced: the share is what the chain may have of the chords that it needs.
+struct Fineness {
+  double tolerance;
+  double share;
+};
+
+double widest_radius(const ContourSegment& arc) {
+  return std::max(distance(arc.start, arc.center), distance(arc.end, arc.center));
+}
+
+Fineness fineness(std::span<const ContourSegment> segments, double tolerance) {
+  if (!(tolerance > 0)) tolerance = kDefaultTolerance;
+  double needed = 0;
+  for (const ContourSegment& s : segments) {
+    const double sweep = std::abs(swept_angle(s));
+    if (sweep > 0) needed += chord_count(widest_radius(s), sweep, tolerance);
+  }
+  return {tolerance, needed > kMostChords ? kMostChords / needed : 1};
+}
+
+int allowed_chords(double radius, double sweep, const Fineness& how) {
+  return static_cast<int>(std::ceil(how.share * chord_count(radius, sweep, how.tolerance)));
+}
+
+void append_arc(std::vector<Vec2>& points, const ContourSegment& arc, const Fineness& how) {
   const double sweep = swept_angle(arc);
   const Vec2 from = arc.start - arc.center;
   const double first = std::atan2(from.y, from.x);
   const double r0 = length(from);
   const double r1 = distance(arc.end, arc.center);
-  const double widest = std::max(r0, r1);
   const auto radius_at = [&](double turned) { return r0 + (r1 - r0) * turned / sweep; };
   double done = 0;
   const auto go_to = [&](double turned) {
     const ArcPart part{arc.center, first + done, turned - done, radius_at(done),
                        radius_at(turned) - radius_at(done)};
-    append_inner_points(points, part, chord_count(widest, std::abs(part.sweep), tolerance));
+    append_inner_points(points, part,
+                        allowed_chords(widest_radius(arc), std::abs(part.sweep), how));
     done = turned;
   };
   const int step = sweep > 0 ? 1 : -1;
@@ -193,6 +219,19 @@ void append_arc(std::vector<Vec2>& points, const ContourSegment& arc, double tol
   }
   go_to(sweep);
   points.push_back(arc.end);
+}
+
+// Goes on from the last point when the segment starts there.
+void append_segment(std::vector<Vec2>& points, const ContourSegment& segment, const Fineness& how) {
+  if (points.empty() || !(distance(points.back(), segment.start) <= how.tolerance)) {
+    points.push_back(segment.start);
+  }
+  const double sweep = swept_angle(segment);
+  if (sweep != 0 && std::isfinite(sweep)) {
+    append_arc(points, segment, how);
+  } else {
+    points.push_back(segment.end);
+  }
 }
 
 // Integrals of x dy and x^2 dy along a segment.
@@ -274,18 +313,19 @@ int chord_count(double radius, double sweep, double tolerance) {
 }
 
 std::vector<Vec2> flatten(std::span<const ContourSegment> segments, double tolerance) {
-  if (!(tolerance > 0)) tolerance = kDefaultTolerance;
+  const Fineness how = fineness(segments, tolerance);
+  std::vector<Vec2> points;
+  for (const ContourSegment& segment : segments) append_segment(points, segment, how);
+  return points;
+}
+
+std::vector<Vec2> flatten_each(std::span<const ContourSegment> segments, double tolerance) {
+  const Fineness how = fineness(segments, tolerance);
   std::vector<Vec2> points;
   for (const ContourSegment& segment : segments) {
-    if (points.empty() || !(distance(points.back(), segment.start) <= tolerance)) {
-      points.push_back(segment.start);
-    }
-    const double sweep = swept_angle(segment);
-    if (sweep != 0 && std::isfinite(sweep)) {
-      append_arc(points, segment, tolerance);
-    } else {
-      points.push_back(segment.end);
-    }
+    std::vector<Vec2> own;
+    append_segment(own, segment, how);
+    points.insert(points.end(), own.begin(), own.end());
   }
   return points;
 }

@@ -55,8 +55,13 @@ int chord_count(double radius, double sweep, double tolerance);
 /// `tolerance`. An arc is cut at 0, 90, 180 and 270 degrees, so that its widest and lowest points
 /// are among them; between ends of different radius the radius changes linearly. A segment that
 /// starts within `tolerance` of the point before goes on from that point.
+/// A chain that needs more than 250 000 chords or so gets as many, shared among its arcs: they then
+/// depart further.
 /// @param tolerance  one that is not positive counts as 1e-3
 std::vector<Vec2> flatten(std::span<const ContourSegment> segments, double tolerance);
+
+/// The same for segments that are no chain: each starts with a point of its own.
+std::vector<Vec2> flatten_each(std::span<const ContourSegment> segments, double tolerance);
 
 /// Area inside the contour, closed by a straight line; positive when it runs counter-clockwise.
 /// Exact for arcs (Green's theorem).

@@ -27,7 +27,8 @@ class TDB_EXPORT CEntityDB {
   void ConcatenateEntities();
 
   /// Appends the chained entities as one point list, arcs replaced by chords that depart from
-  /// them by at most `tolerance` (the contour's unit, > 0).
+  /// them by at most `tolerance` (the contour's unit, > 0); by more where all of them would need
+  /// over 250 000 chords.
   /// @return false, and nothing appended, without entities or for a tolerance that is not positive
   bool GetXZProfile(std::vector<Point2d<double>>& points, double tolerance) const;
   /// The same points; the plane that a contour is drawn in is the caller's.

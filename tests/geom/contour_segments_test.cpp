@@ -241,5 +241,17 @@ TEST(Flatten, BoundsTheChordsOfABadTolerance) {
   }
 }
 
+// What 64 KB of contour text can hold; each circle alone would have 70 000 chords.
+TEST(Flatten, SharesABoundedNumberOfChordsAmongTheArcs) {
+  const std::vector<ContourSegment> circles(700, {{1e9, 0}, {1e9, 0}, {0, 0}, SegmentKind::kCcw});
+  for (const auto& points : {flatten(circles, 0.1), flatten_each(circles, 0.1)}) {
+    EXPECT_LT(points.size(), 270000U);
+    EXPECT_EQ(std::ranges::count(points, Vec2{-1e9, 0}), 700);
+    for (std::size_t i = 1; i < points.size(); ++i) {
+      ASSERT_LT(distance(points[i - 1], points[i]), 2e7) << i;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tooldb

@@ -32,12 +32,8 @@ bool CEntityDB::GetXZProfile(std::vector<Point2d<double>>& points, double tolera
   const std::span<const ContourSegment> segments(impl_->segments);
   if (segments.empty() || !(tolerance > 0)) return false;
   return guarded(false, [&] {
-    std::vector<Point2d<double>> added;
-    const std::size_t step = impl_->chained ? segments.size() : 1;
-    for (std::size_t i = 0; i < segments.size(); i += step) {
-      const auto part = tooldb::flatten(segments.subspan(i, step), tolerance);
-      added.insert(added.end(), part.begin(), part.end());
-    }
+    const auto added = impl_->chained ? tooldb::flatten(segments, tolerance)
+                                      : tooldb::flatten_each(segments, tolerance);
     points.insert(points.end(), added.begin(), added.end());
     return true;
   });
