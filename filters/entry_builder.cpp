@@ -13,6 +13,7 @@ namespace {
 constexpr std::size_t kMaxFileName = 200;
 
 std::string_view fitting_code(std::string_view code) {
+  code = trimmed_text(at_most(code, kMaxFileName));  // a file name is no shorter than its code
   while (tdbUtil::encoding_code(std::string(code)).size() > kMaxFileName) {
     code = trimmed_text(at_most(code, code.size() - 1));
   }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <exception>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -46,8 +47,10 @@ class UniqueCodes {
  public:
   void Add(tdbItem& item, ImportEntry& entry) {
     const std::string first = item.GetCode();
-    for (int n = 2; !used_.insert(compared_code(item)).second; ++n) {
-      item.SetCode(first + " (" + std::to_string(n) + ")");
+    // Numbers below have been tried for this code.
+    int& next = next_number_.try_emplace(compared_code(item), 2).first->second;
+    while (!used_.insert(compared_code(item)).second) {
+      item.SetCode(first + " (" + std::to_string(next++) + ")");
     }
     if (item.GetCode() == first) return;
     item.SetName(item.GetCode());
@@ -58,6 +61,7 @@ class UniqueCodes {
 
  private:
   std::set<std::string> used_;
+  std::map<std::string, int> next_number_;
 };
 
 void make_codes_unique(ImportResult& result) {

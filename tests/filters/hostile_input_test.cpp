@@ -142,6 +142,43 @@ TEST(HostileInput, DeepNestingIsRefusedNotFollowed) {
   }
 }
 
+std::string repeated(std::string_view text, int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+// Each took time with the square of its length once.
+struct LongCase {
+  const char* name;
+  const char* file_name;
+  std::string text;
+  std::size_t entries;
+  std::string last_code;
+};
+const LongCase kLong[] = {
+    {"Entries", "a.json", R"({"data": [)" + repeated("[],", 50000) + R"({"type": "drill"}]})",
+     50001, "drill"},
+    {"OneCode", "a.fctl",
+     R"({"tools": [)" + repeated(R"({"path": "a.fctb"},)", 4999) + R"({"path": "a.fctb"}]})", 5000,
+     "a (5000)"},
+    {"Code", "a.fctb", R"({"shape": "endmill", "id": ")" + repeated("/", 65000) + "\"}", 1,
+     repeated("/", 33)},
+};
+
+class LongInput : public testing::TestWithParam<LongCase> {};
+
+TEST_P(LongInput, IsReadToItsEnd) {
+  const auto& [name, file_name, text, entries, last_code] = GetParam();
+  const ImportResult result =
+      import_tools(text, file_name, [](const std::string&) { return std::string(kSeeds[0].text); });
+  ASSERT_EQ(result.entries.size(), entries);
+  ASSERT_TRUE(result.entries.back().tool);
+  EXPECT_EQ(result.entries.back().tool->GetCode(), last_code);
+}
+INSTANTIATE_TEST_SUITE_P(Formats, LongInput, testing::ValuesIn(kLong),
+                         [](const auto& row) { return std::string(row.param.name); });
+
 TEST(HostileInput, AnUnknownFormatIsOneFailure) {
   const ImportResult result = import_text("solid cube", "cube.stl");
   EXPECT_TRUE(result.format.empty());
