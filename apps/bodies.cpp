@@ -120,6 +120,15 @@ std::vector<Body> bodies_of(tdbCompositeItem& root, double tolerance) {
   return bodies;
 }
 
+std::vector<std::string> refusals(const std::string& owner, const std::vector<Body>& bodies) {
+  std::vector<std::string> lines;
+  for (const Body& body : bodies) {
+    if (body.refusal.empty()) continue;
+    lines.push_back(owner + ", item '" + body.item->GetName() + "': " + body.refusal);
+  }
+  return lines;
+}
+
 Extent axial_extent(const Body& body) {
   Extent extent{INFINITY, -INFINITY};
   for_each_point(body, [&](const Point2d<double>& p) {

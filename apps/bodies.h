@@ -47,6 +47,10 @@ void require_tolerance(double tolerance);
 /// @param tolerance  chord tolerance of arcs, the tool's unit, > 0
 std::vector<Body> bodies_of(tdbCompositeItem& root, double tolerance);
 
+/// Why bodies have no outline, a line each: "tool 'T1', item 'Cutter': DIAMETER must be positive".
+/// @param owner  "tool 'T1'"
+std::vector<std::string> refusals(const std::string& owner, const std::vector<Body>& bodies);
+
 /// Where a body reaches along the tool's axis, and its largest distance from it.
 Extent axial_extent(const Body& body);
 double largest_radius(const Body& body);

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "apps/bodies.h"
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/display_text.h"
@@ -36,9 +37,10 @@ struct Subject {
 
 // Raises `Failure` when nothing can be drawn.
 void draw(const Subject& subject, const std::string& path, Console& console) {
-  std::vector<std::string> refused;
-  const std::string drawing = drawing_of(*subject.tool, refused);
-  for (const auto& reason : refused) console.Error(subject.Name() + ", " + reason);
+  tdbTool& tool = *subject.tool;
+  const auto bodies = bodies_of(tool, fine_tolerance(tool));
+  for (const auto& line : refusals(subject.Name(), bodies)) console.Error(line);
+  const std::string drawing = drawing_of(tool);
   if (drawing.empty()) throw Failure(subject.Name() + " has nothing to draw");
   write_output(path, drawing, console);
 }

@@ -28,32 +28,30 @@ struct Options {
 
 using Mesh = std::vector<Triangle<double>>;
 
-bool append_shape(const Options& options, tdbTool& tool, Mesh& mesh, double tolerance) {
-  if (!options.item.empty()) {
-    return tdbProfile::GetAssemblyShape(find_item(tool, options.item), nullptr, mesh, tolerance);
-  }
-  return options.section ? tdbProfile::GetSectionShape(tool, nullptr, mesh, tolerance)
-                         : tdbProfile::GetAssemblyShape(tool, nullptr, mesh, tolerance);
+bool is_within(const tdbItem* item, const tdbItem& root) {
+  while (item != nullptr && item != &root) item = item->GetParent();
+  return item != nullptr;
 }
 
-void report_refused(tdbTool& tool, Console& console) {
-  for (const Body& body : bodies_of(tool, fine_tolerance(tool))) {
-    if (body.refusal.empty()) continue;
-    console.Error("item '" + body.item->GetName() + "': " + body.refusal);
-  }
+void report_refused(tdbTool& tool, const tdbItem& root, Console& console) {
+  std::vector<Body> bodies = bodies_of(tool, fine_tolerance(tool));
+  std::erase_if(bodies, [&](const Body& body) { return !is_within(body.item, root); });
+  for (const auto& line : refusals("tool '" + tool.GetCode() + "'", bodies)) console.Error(line);
 }
 
 void run(const Options& options, Console& console) {
   ToolFolder folder(options.folder, Use::kRead, console);
   const auto tool = folder.ReadTool(options.code);
+  tdbItem& root = options.item.empty() ? *tool : find_item(*tool, options.item);
   if (options.section) tool->EnableSection(true);
   const double tolerance = options.tolerance.value_or(tool->GetToolModelTolerance());
   require_tolerance(tolerance);
+  report_refused(*tool, root, console);
   Mesh mesh;
-  if (options.item.empty()) report_refused(*tool, console);
-  if (!append_shape(options, *tool, mesh, tolerance)) {
-    throw Failure("tool '" + options.code + "' has no shape");
-  }
+  const bool is_cut = options.section && options.item.empty();
+  const bool has_shape = is_cut ? tdbProfile::GetSectionShape(*tool, nullptr, mesh, tolerance)
+                                : tdbProfile::GetAssemblyShape(root, nullptr, mesh, tolerance);
+  if (!has_shape) throw Failure("tool '" + options.code + "' has no shape to mesh");
   const std::string bytes = options.ascii ? tdbStlText(mesh, options.code) : tdbStlBinary(mesh);
   if (bytes.empty()) throw Failure("the mesh is too large; raise --tolerance");
   write_output(options.output, bytes, console);

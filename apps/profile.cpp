@@ -44,10 +44,7 @@ void run(const Options& options, Console& console) {
   const double tolerance = options.tolerance.value_or(fine_tolerance(*tool));
   require_tolerance(tolerance);
   std::vector<Body> bodies = chosen_bodies(options, *tool, tolerance);
-  for (const Body& body : bodies) {
-    if (body.refusal.empty()) continue;
-    console.Error("item '" + body.item->GetName() + "': " + body.refusal);
-  }
+  for (const auto& line : refusals("tool '" + options.code + "'", bodies)) console.Error(line);
   std::erase_if(bodies, [](const Body& body) { return body.contours.empty(); });
   if (bodies.empty()) throw Failure("tool '" + options.code + "' has no outline to write");
   write_output(options.output, format->text(bodies), console);

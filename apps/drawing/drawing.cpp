@@ -121,12 +121,8 @@ std::string draw_lying(SvgSheet& sheet, const std::vector<Body>& bodies, tdbTool
 
 }  // namespace
 
-std::string drawing_of(tdbTool& tool, std::vector<std::string>& refused) {
+std::string drawing_of(tdbTool& tool) {
   std::vector<Body> bodies = bodies_to_draw(tool);
-  for (const Body& body : bodies_of(tool, fine_tolerance(tool))) {
-    if (body.refusal.empty()) continue;
-    refused.push_back("item '" + body.item->GetName() + "': " + body.refusal);
-  }
   std::erase_if(bodies, [](const Body& body) { return body.contours.empty(); });
   if (bodies.empty()) return {};
 

@@ -16,9 +16,9 @@ class tdbTool;
 
 namespace tooldb {
 
-/// The drawing of a tool, whose placements must be up to date, as SVG.
-/// @param refused  filled with why parts could not be drawn, one line each
-std::string drawing_of(tdbTool& tool, std::vector<std::string>& refused);
+/// The drawing of a tool, whose placements must be up to date, as SVG; what has no outline is left
+/// out. Empty when nothing has one.
+std::string drawing_of(tdbTool& tool);
 
 void draw_parts(SvgSheet& sheet, const DrawingView& view, const std::vector<Body>& bodies);
 void draw_axis(SvgSheet& sheet, const DrawingView& view);
