@@ -6,6 +6,7 @@
 #include "apps/checks/check_files.h"
 #include "apps/checks/check_item.h"
 #include "apps/checks/check_rules.h"
+#include "apps/checks/repair.h"
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/display_text.h"
@@ -21,6 +22,7 @@ struct Options {
   std::vector<std::string> folders;
   std::string components;
   bool json = false;
+  bool repair = false;
 };
 
 struct Counts {
@@ -59,7 +61,7 @@ void check_folder(const Options& options, const std::string& path, Counts& count
   // What cannot be read is found here, with its place; the folder need not tell too.
   Console silent;
   silent.Mute();
-  ToolFolder folder({path, options.components}, Use::kRead, silent);
+  ToolFolder folder({path, options.components}, options.repair ? Use::kWrite : Use::kRead, silent);
   const auto names = folder.FileNames();
   std::vector<std::string> component_names;
   if (folder.Components() != nullptr) component_names = folder.Components()->FileNames();
@@ -96,16 +98,19 @@ std::string text_of(const Finding& finding) {
   const std::string line = finding.line > 0 ? fmt::format(":{}", finding.line) : "";
   return fmt::format("{}{}: {} [{}] {}\n    {}\n", printable(finding.path), line,
                      name_of(finding.severity), finding.rule, printable(message_of(finding)),
-                     finding.remedy);
+                     finding.repair.empty() ? finding.remedy : printable(finding.repair));
 }
 
 nlohmann::ordered_json json_of(const Finding& finding) {
-  return {{"file", finding.path},
-          {"line", finding.line > 0 ? nlohmann::ordered_json(finding.line) : nullptr},
-          {"severity", name_of(finding.severity)},
-          {"rule", finding.rule},
-          {"message", message_of(finding)},
-          {"remedy", finding.remedy}};
+  nlohmann::ordered_json object = {
+      {"file", finding.path},
+      {"line", finding.line > 0 ? nlohmann::ordered_json(finding.line) : nullptr},
+      {"severity", name_of(finding.severity)},
+      {"rule", finding.rule},
+      {"message", message_of(finding)},
+      {"remedy", finding.remedy}};
+  if (!finding.repair.empty()) object["repaired"] = finding.repair;
+  return object;
 }
 
 void print_findings(const Findings& findings, bool json, Console& console) {
@@ -118,7 +123,9 @@ void print_findings(const Findings& findings, bool json, Console& console) {
 }
 
 std::size_t count(const Findings& findings, Finding::Severity severity) {
-  return static_cast<std::size_t>(std::ranges::count(findings.All(), severity, &Finding::severity));
+  return static_cast<std::size_t>(std::ranges::count_if(findings.All(), [&](const Finding& f) {
+    return f.severity == severity && f.repair.empty();
+  }));
 }
 
 void run(const Options& options, Console& console) {
@@ -131,6 +138,7 @@ void run(const Options& options, Console& console) {
       console.Error(failure.what());
     }
   }
+  if (options.repair) repair(findings);
   print_findings(findings, options.json, console);
   const std::size_t errors = count(findings, Finding::Severity::kError);
   console.Note(fmt::format("checked {} and {}: {}, {}", counted(counts.tools, "tool"),
@@ -146,12 +154,17 @@ Action declare(CLI::App& app) {
                  "Folder of the library components; without it \"components\" in each FOLDER")
       ->type_name("DIR");
   app.add_flag("--json", options->json, "Print JSON");
+  app.add_flag(
+      "--repair", options->repair,
+      "Rename files to what their codes are written as, and move files that cannot be read "
+      "to \"lost+found\" in FOLDER");
   return [options](Console& console) { run(*options, console); };
 }
 
 constexpr Example kExamples[] = {
     {"tooldb check lib", "Checks every file of the library lib."},
     {"tooldb check lib1 lib2 --json", "Both, for another program."},
+    {"tooldb check lib --repair", "Takes out of the way what cannot be read."},
 };
 
 }  // namespace
@@ -167,8 +180,15 @@ const Command kCheck = {
     "its holder. Each finding names the file, the line where it is known, the rule in brackets, "
     "and what to do.\n"
     "\n"
-    "The exit code is 1 when there is an error; warnings alone give 0. JSON: a list of findings, "
-    "each with file, line (or null), severity, rule, message and remedy.",
+    "--repair deletes and overwrites nothing: a file goes to lost+found under its name beside a "
+    "\".txt\" that says why. A file that the disk withholds, and whatever else is found, stays as "
+    "it "
+    "is.\n"
+    "\n"
+    "The exit code is 1 when there is an error that was not repaired; warnings alone give 0. JSON: "
+    "a "
+    "list of findings, each with file, line (or null), severity, rule, message and remedy, and "
+    "repaired, what was done, where something was.",
     kExamples,
     declare,
     {},

@@ -16,6 +16,7 @@ struct Finding {
   std::string_view rule;
   std::string message;
   std::string_view remedy;
+  std::string repair{};  ///< what was done about it; empty: nothing
 };
 
 /// What the checks find.
@@ -29,9 +30,10 @@ class Findings {
   };
 
   void Add(const Rule& rule, const std::string& path, std::size_t line, std::string message) {
-    list_.push_back({path, line, rule.severity, rule.name, std::move(message), rule.remedy});
+    list_.push_back({path, line, rule.severity, rule.name, std::move(message), rule.remedy, {}});
   }
   const std::vector<Finding>& All() const { return list_; }
+  std::vector<Finding>& All() { return list_; }
 
  private:
   std::vector<Finding> list_;
