@@ -46,8 +46,26 @@ void add(tdbToolDB& db, std::unique_ptr<tdbTool> tool, bool replace) {
   static_cast<void>(tool.release());
 }
 
-std::unique_ptr<tdbToolDB> open_folder(const fs::path& folder) {
-  auto db = std::make_unique<tdbToolDB>("torture", 0);
+/// A database that notes whether it reported an error: a change whose folder could not be flushed
+/// stands, but is not stored for good.
+class Database : public tdbToolDB {
+ public:
+  Database() : tdbToolDB("torture", 0) {
+    SetErrorCallback(
+        [](void* user, const tdbToolDB*, tdbError*) {
+          static_cast<Database*>(user)->has_reported_ = true;
+          return 0;
+        },
+        this);
+  }
+  bool HasReported() const { return has_reported_; }
+
+ private:
+  bool has_reported_ = false;
+};
+
+std::unique_ptr<Database> open_folder(const fs::path& folder) {
+  auto db = std::make_unique<Database>();
   require(db->Init(folder.string()) && db->Read(), "opening the folder");
   return db;
 }
@@ -58,6 +76,7 @@ void each(const fs::path& folder, int count, const Acknowledge& acknowledge, Ste
   const auto db = open_folder(folder);
   for (int i = 0; i < count; ++i) {
     step(*db, i);
+    require(!db->HasReported(), "storing for good");
     acknowledge(i + 1);
   }
 }
@@ -99,7 +118,7 @@ void act_import(const fs::path& folder, int count, const Acknowledge& acknowledg
   const auto db = open_folder(folder);
   tdbToolDB source("source", 1);
   for (int i = 0; i < count; ++i) add(source, make_tool(old_code(i), i, 1), false);
-  require(db->Import(&source), "Import");
+  require(db->Import(&source) && !db->HasReported(), "Import");
   acknowledge(count);
 }
 
@@ -107,7 +126,7 @@ constexpr std::string_view kExported = "exported";
 
 void act_export(const fs::path& folder, int count, const Acknowledge& acknowledge) {
   const auto db = open_folder(folder);
-  require(db->Export(folder.string(), std::string(kExported), {}), "Export");
+  require(db->Export(folder.string(), std::string(kExported), {}) && !db->HasReported(), "Export");
   acknowledge(count);
 }
 
