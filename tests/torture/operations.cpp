@@ -109,8 +109,9 @@ void act_rename(const fs::path& folder, int count, const Acknowledge& acknowledg
 
 void act_remove(const fs::path& folder, int count, const Acknowledge& acknowledge) {
   each(folder, count, acknowledge, [](tdbToolDB& db, int i) {
-    const std::unique_ptr<tdbTool> tool(db.GetToolByCode(old_code(i), 1));
-    require(db.RemoveTool(tool.get()), "RemoveTool");
+    tdbTool* const tool = db.GetToolByCode(old_code(i), 1);
+    require(db.RemoveTool(tool), "RemoveTool");
+    delete tool;
   });
 }
 

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,13 +17,17 @@
 #include <thread>
 #include <vector>
 
+#include "child_process.h"
 #include "operations.h"
+#include "together.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using torture::ended;
 using torture::Faults;
 using torture::Operation;
+using torture::start;
 
 constexpr int kTools = 6;     // few, so that a kill falls into every part of a change
 constexpr int kFewTools = 2;  // where every call is met in turn
@@ -40,6 +45,8 @@ constexpr const char* kUsage =
     "usage: torture kill OPERATION FOLDER KILLS   kill at random moments, KILLS times\n"
     "       torture syscalls OPERATION FOLDER    kill at every file system call, one by one\n"
     "       torture failures OPERATION FOLDER    fail every file system call, once and for ever\n"
+    "       torture full OPERATION FOLDER        files that may grow to N bytes only, for each N\n"
+    "       torture together FOLDER              several processes in one folder\n"
     "       torture prepare|act|verify OPERATION FOLDER LOG [TOOLS]   the parts, for other "
     "drivers\n"
     "       torture list                         the operations\n";
@@ -62,28 +69,6 @@ int acknowledged(const fs::path& log) {
     std::fclose(file);
   }
   return tools;
-}
-
-/// Runs `body` in a process of its own; 0 when it ends without an exception.
-template <class F>
-pid_t start(F&& body) {
-  std::fflush(nullptr);
-  const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("cannot fork");
-  if (child > 0) return child;
-  try {
-    body();
-    _exit(0);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "torture: %s\n", error.what());
-    _exit(1);
-  }
-}
-
-int ended(pid_t child) {
-  int status = 0;
-  waitpid(child, &status, 0);
-  return status;
 }
 
 /// Verifies in a process that shares no state with the one that was killed.
@@ -235,6 +220,32 @@ int fail_every_call(const Job& job) {
   return faults.Total();
 }
 
+/// No file may grow beyond some size: a write is cut short there, and the next one fails.
+int limit_file_size(const Job& job) {
+  constexpr rlim_t kStep = 512;
+  constexpr rlim_t kMost = 16384;  // more than a tool has
+  Faults faults;
+  int runs = 0;
+  int reported = 0;
+  for (rlim_t size = 0; size <= kMost; size += kStep) {
+    torture::prepare(job.operation, job.folder, job.tools);
+    fs::remove(job.Log());
+    std::ofstream(job.Log()).close();
+    const pid_t child = start([&] {
+      std::signal(SIGXFSZ, SIG_IGN);
+      const rlimit limit{size + kStep / 2, RLIM_INFINITY};
+      if (setrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("cannot set the limit");
+      std::freopen("/dev/null", "w", stderr);  // the failures are wanted
+      act(job, job.Log());
+    });
+    ++runs;
+    if (ended(child) != 0) ++reported;
+    faults += verify_afresh(job, job.Log());
+  }
+  print("full", job.operation, runs, reported, faults);
+  return faults.Total();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
@@ -245,6 +256,11 @@ int main(int argc, char** argv) try {
     }
     return 0;
   }
+  if (verb == "together" && argc == 3) {
+    const int faults = torture::work_together(fs::absolute(argv[2]));
+    std::printf("together  %d faults\n", faults);
+    return faults == 0 ? 0 : 1;
+  }
   const Operation* operation = argc > 3 ? torture::find_operation(argv[2]) : nullptr;
   if (operation == nullptr) {
     std::fputs(kUsage, stderr);
@@ -254,6 +270,7 @@ int main(int argc, char** argv) try {
   if (verb == "kill" && argc == 5)
     return kill_at_random(job(kTools), std::atoi(argv[4])) == 0 ? 0 : 1;
   if (verb == "syscalls" && argc == 4) return kill_at_every_call(job(kFewTools)) == 0 ? 0 : 1;
+  if (verb == "full" && argc == 4) return limit_file_size(job(kFewTools)) == 0 ? 0 : 1;
   if (verb == "failures" && argc == 4) return fail_every_call(job(kFewTools)) == 0 ? 0 : 1;
   const Job part = job(argc == 6 ? std::atoi(argv[5]) : kTools);
   if (verb == "prepare" && argc >= 5) {
