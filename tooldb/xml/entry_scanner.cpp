@@ -31,12 +31,9 @@ class EntryTracker {
  public:
   explicit EntryTracker(std::string_view document) : document_(document) {}
 
-  void Take(const Tag& tag) {
-    if (tag.kind == Tag::Kind::kEnd) {
-      Close(tag);
-    } else {
-      Open(tag);
-    }
+  /// What is wrong with the tag where it stands; nothing when it is right.
+  std::optional<MarkupError> Take(const Tag& tag) {
+    return tag.kind == Tag::Kind::kEnd ? Close(tag) : Open(tag);
   }
 
   bool Done() const { return open_.empty(); }
@@ -44,31 +41,32 @@ class EntryTracker {
   std::vector<RawContent> TakeRaw() { return std::move(raw_); }
 
  private:
-  void Open(const Tag& tag) {
+  std::optional<MarkupError> Open(const Tag& tag) {
     if (!open_.empty()) {
       open_.back().has_elements = true;
       if (is_name(tag.name, tag::kTool)) {
-        throw MarkupError{tag.begin, tag.begin,
-                          "a tool begins before " + shown_tag(Innermost()) + " is closed"};
+        return MarkupError{tag.begin, tag.begin,
+                           "a tool begins before " + shown_tag(Innermost()) + " is closed"};
       }
     }
     const std::size_t number = count_++;
-    if (tag.kind == Tag::Kind::kEmpty) return;
+    if (tag.kind == Tag::Kind::kEmpty) return std::nullopt;
     if (open_.size() >= kDeepest) {
-      throw MarkupError{tag.begin, tag.begin, "elements are nested more than 90 deep"};
+      return MarkupError{tag.begin, tag.begin, "elements are nested more than 90 deep"};
     }
     if (profile_depth_ == 0 && is_name(tag.name, tag::kProfile)) {
       profile_depth_ = open_.size() + 1;
     }
     open_.push_back({tag.name, number, tag.end});
+    return std::nullopt;
   }
 
-  void Close(const Tag& tag) {
+  std::optional<MarkupError> Close(const Tag& tag) {
     const OpenElement& element = open_.back();
     if (element.name != tag.name) {
-      throw MarkupError{tag.begin, tag.begin,
-                        "the end tag of " + shown_tag(tag.name) + " where " +
-                            shown_tag(element.name) + " is open"};
+      return MarkupError{tag.begin, tag.begin,
+                         "the end tag of " + shown_tag(tag.name) + " where " +
+                             shown_tag(element.name) + " is open"};
     }
     const bool in_profile = profile_depth_ != 0 && open_.size() > profile_depth_;
     const auto content = document_.substr(element.content, tag.begin - element.content);
@@ -78,6 +76,7 @@ class EntryTracker {
     }
     if (is_profile) profile_depth_ = 0;
     open_.pop_back();
+    return std::nullopt;
   }
 
   std::string_view document_;
@@ -92,33 +91,42 @@ class EntryTracker {
 EntryScanner::EntryScanner(std::string_view document, std::string_view wanted)
     : document_(document), wanted_(wanted), scanner_(document) {}
 
-std::optional<Entry> EntryScanner::Next() {
-  if (ended_) return std::nullopt;
-  try {
-    return ReadNext();
-  } catch (const MarkupError& fault) {
-    std::string message = "line ";
-    append_integer(message, LineAt(fault.offset));
-    message += ": " + fault.what + "; mend it in a text editor, or export the file again";
-    SkipBrokenEntry(fault);
-    throw tdbError(kGeneralError, message);
-  }
+ScannedEntry EntryScanner::Scan() {
+  if (ended_) return {};
+  Reading reading = ReadNext();
+  if (auto* const entry = std::get_if<Entry>(&reading)) return std::move(*entry);
+  const auto* const fault = std::get_if<MarkupError>(&reading);
+  if (fault == nullptr) return {};
+  std::string message = "line ";
+  append_integer(message, LineAt(fault->offset));
+  message += ": " + fault->what + "; mend it in a text editor, or export the file again";
+  SkipBrokenEntry(*fault);
+  return tdbError(kGeneralError, message);
 }
 
-std::optional<Entry> EntryScanner::ReadNext() {
+std::optional<Entry> EntryScanner::Next() {
+  ScannedEntry scanned = Scan();
+  if (auto* const error = std::get_if<tdbError>(&scanned)) throw std::move(*error);
+  auto* const entry = std::get_if<Entry>(&scanned);
+  return entry == nullptr ? std::nullopt : std::optional<Entry>(std::move(*entry));
+}
+
+EntryScanner::Reading EntryScanner::ReadNext() {
   for (;;) {
-    const Tag found = scanner_.Next();
+    ScannedTag scanned = scanner_.Next();
+    if (auto* const fault = std::get_if<MarkupError>(&scanned)) return std::move(*fault);
+    const Tag& found = std::get<Tag>(scanned);
     const bool is_root = is_name(found.name, tag::kRoot);
     if (found.kind == Tag::Kind::kEndOfText) {
       ended_ = true;
-      if (!in_root_) return std::nullopt;
-      throw MarkupError{found.begin, found.end,
-                        "the text ends before </TOOLDB>: a part of it is missing"};
+      if (!in_root_) return {};
+      return MarkupError{found.begin, found.end,
+                         "the text ends before </TOOLDB>: a part of it is missing"};
     }
     if (found.kind == Tag::Kind::kEnd) {
       if (!is_root || !in_root_) {
-        throw MarkupError{found.begin, found.end,
-                          "the end tag of " + shown_tag(found.name) + " closes nothing"};
+        return MarkupError{found.begin, found.end,
+                           "the end tag of " + shown_tag(found.name) + " closes nothing"};
       }
       in_root_ = false;
     } else if (is_root && !in_root_) {
@@ -130,21 +138,26 @@ std::optional<Entry> EntryScanner::ReadNext() {
   }
 }
 
-Entry EntryScanner::ReadEntry(const Tag& start) {
+EntryScanner::Reading EntryScanner::ReadEntry(const Tag& start) {
   Entry entry;
   entry.name = upper_text(start.name);
   entry.line = LineAt(start.begin);
   entry.in_root = in_root_;
   EntryTracker tracker(document_);
   Tag last = start;
-  for (tracker.Take(start); !tracker.Done(); tracker.Take(last)) {
-    last = scanner_.Next();
+  auto fault = tracker.Take(start);
+  while (!fault && !tracker.Done()) {
+    ScannedTag scanned = scanner_.Next();
+    if (auto* const broken = std::get_if<MarkupError>(&scanned)) return std::move(*broken);
+    last = std::get<Tag>(scanned);
     if (last.kind == Tag::Kind::kEndOfText) {
-      throw MarkupError{start.begin, start.end,
-                        "the text ends before " + shown_tag(tracker.Innermost()) +
-                            " of this element is closed: a part of it is missing"};
+      return MarkupError{start.begin, start.end,
+                         "the text ends before " + shown_tag(tracker.Innermost()) +
+                             " of this element is closed: a part of it is missing"};
     }
+    fault = tracker.Take(last);
   }
+  if (fault) return *std::move(fault);
   entry.text = document_.substr(start.begin, last.end - start.begin);
   entry.raw = tracker.TakeRaw();
   return entry;
@@ -159,20 +172,13 @@ bool EntryScanner::BeginsEntry(const Tag& found) const {
 }
 
 void EntryScanner::SkipBrokenEntry(const MarkupError& fault) {
-  for (std::size_t at = fault.resume; !ended_;) {
-    try {
-      scanner_.MoveTo(at);
-      const Tag found = scanner_.Next();
-      const bool root_end = in_root_ && is_name(found.name, tag::kRoot);
-      ended_ = found.kind == Tag::Kind::kEndOfText;
-      if (root_end || BeginsEntry(found)) {
-        scanner_.MoveTo(found.begin);
-        return;
-      }
-      at = found.end;
-    } catch (const MarkupError& next) {
-      at = next.resume;
-    }
+  scanner_.MoveTo(fault.resume);
+  for (bool sought = !ended_; sought;) {
+    const Tag found = scanner_.NextSound();
+    const bool root_end = in_root_ && is_name(found.name, tag::kRoot);
+    ended_ = found.kind == Tag::Kind::kEndOfText;
+    sought = !ended_ && !root_end && !BeginsEntry(found);
+    if (!sought) scanner_.MoveTo(found.begin);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "tooldb/error.h"
@@ -30,6 +31,9 @@ struct Entry {
   std::vector<RawContent> raw;
 };
 
+/// What follows in a document: nothing, an entry, or what is wrong with it.
+using ScannedEntry = std::variant<std::monostate, Entry, tdbError>;
+
 /// Finds the entries of a document one by one. Elements may be nested 90 deep. An entry that is
 /// broken is refused alone: the search goes on at the next start tag of an entry.
 class EntryScanner {
@@ -39,16 +43,19 @@ class EntryScanner {
   ///                  is told by this name and by having no parent
   EntryScanner(std::string_view document, std::string_view wanted);
 
-  /// The next entry, of whatever name; nothing at the end. Raises `tdbError`, code 1, that names
-  /// the line; the next call goes on behind the fault.
+  /// The next entry, of whatever name; nothing at the end. A broken one is an error, code 1, that
+  /// names the line; the next call goes on behind the fault.
+  ScannedEntry Scan();
+  /// The same; raises the error.
   std::optional<Entry> Next();
 
   /// True once the root element of an export has been met.
   bool HasRoot() const { return has_root_; }
 
  private:
-  std::optional<Entry> ReadNext();
-  Entry ReadEntry(const Tag& start);
+  using Reading = std::variant<std::monostate, Entry, MarkupError>;
+  Reading ReadNext();
+  Reading ReadEntry(const Tag& start);
   void SkipBrokenEntry(const MarkupError& fault);
   bool BeginsEntry(const Tag& tag) const;
   int LineAt(std::size_t offset);

@@ -8,14 +8,13 @@ namespace tooldb {
 std::string ImportCodes::Unique(const std::string& code) {
   const auto [entry, is_new] = taken_.try_emplace(comparable_code(code), 0);
   if (is_new) return code;
+  int& clone = entry->second;  // the map leaves it where it is
   std::string candidate;
-  int clone = entry->second;
   do {
     candidate = code + " - Clone(";
     append_integer(candidate, ++clone);
     candidate += ')';
   } while (!taken_.try_emplace(comparable_code(candidate), 0).second);
-  taken_[comparable_code(code)] = clone;
   return candidate;
 }
 

@@ -26,6 +26,13 @@ constexpr auto kSpecials = std::to_array<Special>({
     {"<?", "?>", "the processing instruction"},
 });
 
+/// The kind of comment, declaration and so on that a text begins with; null for any other.
+const Special* special_at(std::string_view text) {
+  const auto special = std::ranges::find_if(
+      kSpecials, [&](const Special& each) { return text.starts_with(each.open); });
+  return special == kSpecials.end() ? nullptr : &*special;
+}
+
 bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool starts_name(char c) {
   return is_letter(c) || c == '_' || c == ':' || static_cast<unsigned char>(c) >= 0x80;
@@ -53,78 +60,99 @@ bool is_name(std::string_view spelt, std::string_view upper_name) {
   return std::ranges::equal(spelt, upper_name, [](char a, char b) { return upper(a) == b; });
 }
 
-Tag MarkupScanner::Next() {
-  std::size_t at = offset_;
+ScannedTag MarkupScanner::Next() {
+  const Reading reading = ReadNext(offset_);
+  if (reading.fault != Fault::kNone) return Explained(reading);
+  offset_ = reading.tag.end;
+  return reading.tag;
+}
+
+Tag MarkupScanner::NextSound() {
+  Reading reading = ReadNext(offset_);
+  while (reading.fault != Fault::kNone) {
+    reading = ReadNext(reading.fault == Fault::kSpecial ? text_.size() : reading.tag.begin + 1);
+  }
+  offset_ = reading.tag.end;
+  return reading.tag;
+}
+
+MarkupScanner::Reading MarkupScanner::ReadNext(std::size_t at) const {
   for (;;) {
     at = text_.find('<', at);
-    if (at == kNone) {
-      offset_ = text_.size();
-      return {Tag::Kind::kEndOfText, {}, text_.size(), text_.size()};
-    }
-    if (!Is(at + 1, '!') && !Is(at + 1, '?')) break;
-    at = AfterSpecial(at);
+    if (at == kNone) return {{Tag::Kind::kEndOfText, {}, text_.size(), text_.size()}, Fault::kNone};
+    if (!Is(at + 1, '!') && !Is(at + 1, '?')) return ReadTag(at);
+    const std::size_t next = AfterSpecial(at);
+    if (next == kNone) return {{Tag::Kind::kEndOfText, {}, at, at}, Fault::kSpecial};
+    at = next;
   }
-  const Tag tag = ReadTag(at);
-  offset_ = tag.end;
-  return tag;
+}
+
+MarkupError MarkupScanner::Explained(const Reading& reading) const {
+  const auto& [tag, fault] = reading;
+  const auto error = [&](std::string what) {
+    return MarkupError{tag.begin, tag.begin + 1, std::move(what)};
+  };
+  switch (fault) {
+    case Fault::kSpecial:
+      return {tag.begin, text_.size(),
+              std::string(special_at(text_.substr(tag.begin))->what) + " is not closed"};
+    case Fault::kEndTag:
+      return error("an end tag is not closed");
+    case Fault::kNoName:
+      return error("a \"<\" that begins no tag; a text cannot hold this character");
+    case Fault::kManyAttributes:
+      return error("more than 256 attributes" + in_tag(tag.name));
+    case Fault::kAttribute:
+      return error("a broken attribute" + in_tag(tag.name));
+    case Fault::kStray:
+      return error("a stray character" + in_tag(tag.name));
+    case Fault::kNotClosed:
+    case Fault::kNone:
+      break;
+  }
+  return error("the tag " + shown_tag(tag.name) + " is not closed");
 }
 
 std::size_t MarkupScanner::AfterSpecial(std::size_t begin) const {
-  for (const Special& special : kSpecials) {
-    if (!text_.substr(begin).starts_with(special.open)) continue;
-    const auto close = text_.find(special.close, begin + special.open.size());
-    if (close == kNone) {
-      throw MarkupError{begin, text_.size(), std::string(special.what) + " is not closed"};
-    }
-    return close + special.close.size();
-  }
-  return begin + 1;
+  const Special* const special = special_at(text_.substr(begin));
+  if (special == nullptr) return begin + 1;
+  const auto close = text_.find(special->close, begin + special->open.size());
+  return close == kNone ? kNone : close + special->close.size();
 }
 
-Tag MarkupScanner::ReadTag(std::size_t begin) const {
+MarkupScanner::Reading MarkupScanner::ReadTag(std::size_t begin) const {
   Tag tag;
   tag.begin = begin;
   const std::size_t at = AfterBlanks(begin + 1);
   return Is(at, '/') ? ReadEndTag(tag, AfterBlanks(at + 1)) : ReadStartTag(tag, at);
 }
 
-Tag MarkupScanner::ReadEndTag(Tag tag, std::size_t at) const {
+MarkupScanner::Reading MarkupScanner::ReadEndTag(Tag tag, std::size_t at) const {
   tag.kind = Tag::Kind::kEnd;
   const std::size_t name_end = AfterName(at);
   tag.name = text_.substr(at, name_end - at);
   at = AfterBlanks(name_end);
-  if (!Is(at, '>')) throw MarkupError{tag.begin, tag.begin + 1, "an end tag is not closed"};
+  if (!Is(at, '>')) return {tag, Fault::kEndTag};
   tag.end = at + 1;
-  return tag;
+  return {tag, Fault::kNone};
 }
 
-Tag MarkupScanner::ReadStartTag(Tag tag, std::size_t at) const {
+MarkupScanner::Reading MarkupScanner::ReadStartTag(Tag tag, std::size_t at) const {
   const std::size_t name_end = AfterName(at);
   tag.name = text_.substr(at, name_end - at);
-  if (tag.name.empty()) {
-    throw MarkupError{tag.begin, tag.begin + 1,
-                      "a \"<\" that begins no tag; a text cannot hold this character"};
-  }
+  if (tag.name.empty()) return {tag, Fault::kNoName};
   int attributes = 0;
   for (at = AfterBlanks(name_end); at < text_.size() && starts_name(text_[at]);) {
-    if (++attributes > kMostAttributes) {
-      throw MarkupError{tag.begin, tag.begin + 1, "more than 256 attributes" + in_tag(tag.name)};
-    }
+    if (++attributes > kMostAttributes) return {tag, Fault::kManyAttributes};
     const std::size_t next = AfterAttribute(at);
-    if (next == kNone) {
-      throw MarkupError{tag.begin, tag.begin + 1, "a broken attribute" + in_tag(tag.name)};
-    }
+    if (next == kNone) return {tag, Fault::kAttribute};
     at = AfterBlanks(next);
   }
   tag.kind = Is(at, '/') ? Tag::Kind::kEmpty : Tag::Kind::kStart;
   if (tag.kind == Tag::Kind::kEmpty) ++at;
-  if (!Is(at, '>')) {
-    throw MarkupError{tag.begin, tag.begin + 1,
-                      at < text_.size() ? "a stray character" + in_tag(tag.name)
-                                        : "the tag " + shown_tag(tag.name) + " is not closed"};
-  }
+  if (!Is(at, '>')) return {tag, at < text_.size() ? Fault::kStray : Fault::kNotClosed};
   tag.end = at + 1;
-  return tag;
+  return {tag, Fault::kNone};
 }
 
 // Behind name="value"; npos when it is no attribute.

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <variant>
 
 /// @file
 /// Tags of a document, one after the other, at places that the parser forgets.
@@ -30,23 +31,47 @@ struct Tag {
   std::size_t end = 0;    ///< offset behind its ">"
 };
 
+/// A tag, or what stands in the way of one.
+using ScannedTag = std::variant<Tag, MarkupError>;
+
 /// Walks over a text from tag to tag, past character data, comments, CDATA sections, processing
 /// instructions and declarations. Time is linear in the text, memory constant.
 class MarkupScanner {
  public:
   explicit MarkupScanner(std::string_view text) : text_(text) {}
 
-  /// The next tag. Raises `MarkupError`; the scanner then stands where it stood before the call.
-  Tag Next();
+  /// The next tag. At a fault the scanner stays where it stood before the call.
+  ScannedTag Next();
+  /// The next tag that is sound, past any faults.
+  Tag NextSound();
 
   /// The next call begins at `offset`.
   void MoveTo(std::size_t offset) { offset_ = offset; }
 
  private:
-  Tag ReadTag(std::size_t begin) const;
-  Tag ReadEndTag(Tag tag, std::size_t at) const;
-  Tag ReadStartTag(Tag tag, std::size_t at) const;
+  // A hostile text has a fault in every byte or two, so that none is put into words unless it is
+  // asked for.
+  enum class Fault {
+    kNone,
+    kSpecial,
+    kEndTag,
+    kNoName,
+    kManyAttributes,
+    kAttribute,
+    kStray,
+    kNotClosed
+  };
+  struct Reading {
+    Tag tag;  // to its end, or as far as its fault
+    Fault fault = Fault::kNone;
+  };
+  Reading ReadNext(std::size_t at) const;
+  Reading ReadTag(std::size_t begin) const;
+  Reading ReadEndTag(Tag tag, std::size_t at) const;
+  Reading ReadStartTag(Tag tag, std::size_t at) const;
+  MarkupError Explained(const Reading& reading) const;
   std::size_t AfterAttribute(std::size_t at) const;
+  // npos when it is not closed.
   std::size_t AfterSpecial(std::size_t begin) const;
   std::size_t AfterName(std::size_t at) const;
   std::size_t AfterBlanks(std::size_t at) const;

@@ -93,8 +93,13 @@ class Importer {
 
  private:
   bool ReadNext() {
-    auto entry = scanner_.Next();
-    if (!entry) return false;
+    ScannedEntry scanned = scanner_.Scan();
+    if (auto* const refusal = std::get_if<tdbError>(&scanned)) {
+      result_.refusals.push_back(std::move(*refusal));
+      return true;
+    }
+    auto* const entry = std::get_if<Entry>(&scanned);
+    if (entry == nullptr) return false;
     if (entry->name == EntryKind<Part>::kTag) {
       Take(*entry, EntryKind<Part>::kRead(*entry, context_));
     } else {
@@ -108,8 +113,10 @@ class Importer {
     if (code.empty()) {
       std::string where = "line ";
       append_integer(where, entry.line);
-      throw tdbError(kEmptyCodeError,
-                     where + ": a " + entry.name + " has neither code nor name; give it a NAME");
+      result_.refusals.emplace_back(
+          kEmptyCodeError,
+          where + ": a " + entry.name + " has neither code nor name; give it a NAME");
+      return;
     }
     part->SetCode(codes_.Unique(code));
     for (const tdbError& note : part->GetErrs()) result_.notes.push_back(note);
