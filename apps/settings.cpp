@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ranges>
 
 #include "apps/command.h"
 #include "apps/condition_slots.h"
@@ -97,9 +98,7 @@ constexpr auto kToolKeys = std::to_array<ToolKey>({
 std::string set_tool_value(tdbTool& tool, const std::string& name, const std::string& value) {
   const auto key = std::ranges::find(kToolKeys, std::string_view(name), &ToolKey::name);
   if (key == kToolKeys.end()) {
-    std::vector<std::string_view> names;
-    for (const ToolKey& known : kToolKeys) names.push_back(known.name);
-    const auto meant = nearest(name, names);
+    const auto meant = nearest(name, std::views::transform(kToolKeys, &ToolKey::name));
     throw UsageError("a tool has no value '" + name + "'" +
                      (meant.empty() ? "" : "; did you mean '" + std::string(meant) + "'?"));
   }
@@ -122,7 +121,7 @@ std::string set_tool_parameter(tdbTool& tool, const std::string& name, const std
   // The map of parameters is written before the list, so a name that is in both reads back with
   // the map's value first.
   if (const char* old = tool.GetParam(name.c_str(), nullptr)) {
-    const std::string change = std::string(old) + " -> " + value;
+    std::string change = std::string(old) + " -> " + value;
     tool.SetParam(name.c_str(), value.c_str());
     return change;
   }
@@ -173,9 +172,7 @@ std::string set_condition(tdbTool& tool, const std::string& name, const std::str
   auto slots = condition_slots(tool);
   const auto slot = std::ranges::find(slots, name, &ConditionSlot::name);
   if (slot == slots.end()) {
-    std::vector<std::string_view> names;
-    for (const auto& known : slots) names.emplace_back(known.name);
-    const auto meant = nearest(name, names);
+    const auto meant = nearest(name, std::views::transform(slots, &ConditionSlot::name));
     throw UsageError(std::string(tool.IsTurningTool() ? "turning" : "milling") +
                      " conditions have no '" + name + "'" +
                      (meant.empty() ? "" : "; did you mean '" + std::string(meant) + "'?"));

@@ -341,7 +341,7 @@ Measures measures_of(const std::vector<Body>& bodies, tdbTool& tool) {
 std::string dimension_value(const tdbDimension& d) {
   if (d.kind == Kind::kText) return d.text;
   if (std::isnan(d.value)) return {};
-  const std::string value = shown_number(d.value);
+  std::string value = shown_number(d.value);
   switch (d.kind) {
     case Kind::kDiameter:
       return "\u2300" + value;
