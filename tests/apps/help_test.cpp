@@ -36,7 +36,8 @@ TEST_P(Help, FitsATerminalAndSaysWhatEveryOptionIs) {
     EXPECT_TRUE(is_example || display_width(line) <= 80) << line;
   }
   EXPECT_FALSE(command->help.ends_with('.'));
-  for (const CLI::Option* option : described(*command)->get_options()) {
+  const auto parser = described(*command);
+  for (const CLI::Option* option : parser->get_options()) {
     EXPECT_FALSE(option->get_description().empty()) << option->get_name();
   }
 }
