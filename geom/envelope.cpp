@@ -201,7 +201,8 @@ bool EnvelopeIndex::HidesPart(const EnvelopePiece& part, int& steps) const {
   if (std::max(part.r0, part.r1) <= Lowest(first, last) + same_) return true;
   if (last - first <= 1) return HidesInBuckets(part, first);
   if (--steps < 0) return false;
-  const double middle = low_ + static_cast<double>(first + (last - first + 1) / 2) / per_z_;
+  const std::size_t half = first + (last - first + 1) / 2;
+  const double middle = low_ + static_cast<double>(half) / per_z_;
   if (!(part.z0 < middle && middle < part.z1)) return false;
   return HidesPart(part_of(part, part.z0, middle), steps) &&
          HidesPart(part_of(part, middle, part.z1), steps);
