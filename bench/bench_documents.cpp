@@ -63,10 +63,14 @@ Figure import_memory(int count) {
   return figure;
 }
 
-void append_printed(std::string& out, const char* format, double value) {
+void append_printed_short(std::string& out, double value) {
   char buffer[64];
-  const int length = std::snprintf(buffer, sizeof buffer, format, value);
-  out.append(buffer, static_cast<std::size_t>(length));
+  out.append(buffer, static_cast<std::size_t>(std::snprintf(buffer, sizeof buffer, "%g", value)));
+}
+
+void append_printed_fixed(std::string& out, double value) {
+  char buffer[400];
+  out.append(buffer, static_cast<std::size_t>(std::snprintf(buffer, sizeof buffer, "%f", value)));
 }
 
 /// The numbers and texts of a tool, printed one after the other.
@@ -74,9 +78,9 @@ void print_numbers(const tdbTool& tool, std::string& out) {
   const auto print_item = [&out](const tdbItem& item) {
     const auto pos = item.GetPos();
     const auto shape = item.GetShapePos();
-    for (int row = 0; row < 3; ++row) append_printed(out, "%g", pos(row, 3));
-    for (int i = 0; i < 9; ++i) append_printed(out, "%g", shape(i / 4, i % 4));
-    for (int i = 0; i < 4; ++i) append_printed(out, "%g", item.GetMaterial().red);
+    for (int row = 0; row < 3; ++row) append_printed_short(out, pos(row, 3));
+    for (int i = 0; i < 9; ++i) append_printed_short(out, shape(i / 4, i % 4));
+    for (int i = 0; i < 4; ++i) append_printed_short(out, item.GetMaterial().red);
     out += item.GetName();
     out += item.GetProfileXml();
     for (const auto& [name, value] : item.GetParams()) out += name + value + name;
@@ -88,12 +92,12 @@ void print_numbers(const tdbTool& tool, std::string& out) {
   for (const auto& [name, value] : tool.GetParamList()) out += name + value;
   for (const auto& offset : tool.GetOffsetParamList()) {
     for (const double v : {offset.DX, offset.DY, offset.DZ, offset.RAD}) {
-      append_printed(out, "%f", v);
+      append_printed_fixed(out, v);
     }
   }
   // The limits and targets of the conditions: 37 numbers.
-  for (int i = 0; i < 37; ++i) append_printed(out, "%f", tool.GetCutCond().GetVerifyFeed().maximum);
-  for (int i = 0; i < 10; ++i) append_printed(out, "%g", tool.GetCutCond().GetDc());
+  for (int i = 0; i < 37; ++i) append_printed_fixed(out, tool.GetCutCond().GetVerifyFeed().maximum);
+  for (int i = 0; i < 10; ++i) append_printed_short(out, tool.GetCutCond().GetDc());
   out += tool.GetDescr();
   out += tool.GetComment();
 }

@@ -142,7 +142,7 @@ std::vector<Figure> bench_stl(const Options& options) {
             const std::string text = read_file(path);
             tooldb::MemoryBytes source(text);
             std::string error;
-            keep(tooldb::read_stl(source, error)->data());
+            keep(tooldb::read_stl(source, error));
           });
         },
         [&] { return seconds([&] { keep(read_file(path).data()); }); });

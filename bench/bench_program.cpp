@@ -12,18 +12,16 @@ namespace bench {
 namespace {
 
 /// Runs the program to its end, its output thrown away.
-double run(const std::filesystem::path& program, std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), program.string());
-  std::vector<char*> argv;
-  for (std::string& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
+double run(const std::filesystem::path& program, std::string command, std::string folder) {
+  std::string name = program.string();
+  char* const argv[] = {name.data(), command.data(), folder.data(), nullptr};
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
   posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
   const double time = seconds([&] {
     pid_t child = 0;
-    if (posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ) != 0) {
+    if (posix_spawn(&child, program.c_str(), &actions, nullptr, argv, environ) != 0) {
       throw std::runtime_error("cannot start " + program.string());
     }
     int status = 0;
@@ -54,11 +52,7 @@ std::vector<Figure> bench_program(const Options& options) {
          .operation = std::string("tooldb ") + command + " / Read in the library",
          .size = std::to_string(count) + " tools",
          .goal = goal},
-        options.rounds,
-        [&] {
-          return run(options.program, {command, folder.Text()});
-        },
-        read);
+        options.rounds, [&] { return run(options.program, command, folder.Text()); }, read);
   };
   return {figure("list", 1.2), figure("check", 1.5)};
 }

@@ -55,7 +55,7 @@ Figure compare(Figure figure, int rounds, const Work& ours, const Work& floor);
 /// Keeps the compiler from removing work whose result nobody reads.
 template <class T>
 void keep(const T& value) {
-  asm volatile("" : : "r,m"(value) : "memory");
+  asm volatile("" : : "g"(&value) : "memory");
 }
 
 /// A folder of its own below the scratch folder, removed at the end.
