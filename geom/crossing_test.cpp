@@ -24,6 +24,10 @@ Bounds bounds_of(Vec2 a, Vec2 b) {
   return {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::max(a.x, b.x), std::max(a.y, b.y)}};
 }
 
+bool are_apart(const Bounds& a, const Bounds& b) {
+  return a.high.x < b.low.x || b.high.x < a.low.x || a.high.y < b.low.y || b.high.y < a.low.y;
+}
+
 Bounds bounds_of(std::span<const Vec2> points) {
   Bounds all{points.front(), points.front()};
   for (Vec2 p : points) {
@@ -93,7 +97,7 @@ class EdgeGrid {
   Vec2 To(std::uint32_t edge) const { return ring_[edge + 1 < ring_.size() ? edge + 1 : 0]; }
 
   Range CellsOf(std::uint32_t edge) const {
-    const Bounds b = bounds_of(From(edge), To(edge));
+    const Bounds& b = bounds_[edge];
     const auto column = [&](double x) {
       return static_cast<std::uint32_t>((x - all_.low.x) * per_unit_.x);
     };
@@ -114,6 +118,8 @@ class EdgeGrid {
   // Sorts the edges by cell: first_[cell] is where those of a cell begin.
   bool Fill() {
     const auto edges = static_cast<std::uint32_t>(ring_.size());
+    bounds_.reserve(edges);
+    for (std::uint32_t e = 0; e < edges; ++e) bounds_.push_back(bounds_of(From(e), To(e)));
     first_.assign(std::size_t{cells_} * cells_ + 1, 0);
     std::size_t entries = 0;
     for (std::uint32_t e = 0; e < edges; ++e) {
@@ -142,6 +148,7 @@ class EdgeGrid {
 
   bool MayCross(std::uint32_t e, std::uint32_t f) const {
     const auto last = static_cast<std::uint32_t>(ring_.size() - 1);
+    if (are_apart(bounds_[e], bounds_[f])) return false;
     if (e > f) std::swap(e, f);
     // Where two edges in a row fold back, one of them touches a third.
     if (f == e + 1 || (e == 0 && f == last)) return false;
@@ -151,6 +158,7 @@ class EdgeGrid {
 
   std::span<const Vec2> ring_;
   Bounds all_;
+  std::vector<Bounds> bounds_;  // of the edges
   double near_ = 0;
   std::uint32_t cells_ = 0;
   Vec2 per_unit_;
