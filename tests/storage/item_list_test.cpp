@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "tooldb/model/text.h"
@@ -11,8 +12,8 @@
 namespace tooldb {
 namespace {
 
-bool by_code_text(const tdbCompositeItem& a, const tdbCompositeItem& b) {
-  return a.GetCode() < b.GetCode();
+void by_code_text(std::vector<tdbCompositeItem*>& items) {
+  std::ranges::stable_sort(items, {}, &tdbCompositeItem::GetCode);
 }
 
 std::vector<std::string> codes(const ItemList& list) {
@@ -77,6 +78,11 @@ TEST(ItemList, FindsAsAWalkDoesAfterAnyChanges) {
         list.Reverse();
     }
     expect_finds_as_a_walk_does(list, candidates);
+    const auto listed = list.Snapshot();
+    for (int asked = 0; asked < 3 && !listed.empty(); ++asked) {
+      const int position = below(listed.size());
+      EXPECT_EQ(list.At(position), listed[static_cast<std::size_t>(position)]);
+    }
   }
 }
 

@@ -1,64 +1,94 @@
 #include "tooldb/storage/item_list.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include "tooldb/model/text.h"
 
 namespace tooldb {
 
+void ItemList::Node::Hold(Item& its_item) {
+  item.reset(&its_item);
+  Watch(its_item);
+}
+
+std::unique_ptr<ItemList::Item> ItemList::Node::Release() {
+  Leave();
+  return std::move(item);
+}
+
+void ItemList::Node::OnCodeChange(tdbObject&, const std::string& code) {
+  list.ChangeKey(*this, comparable_code(code));
+}
+
 ItemList::~ItemList() {
   // Emptied first: callbacks of the items that die find none of them listed.
-  by_comparable_code_.clear();
-  for (const Slot& slot : slots_) Unwatch(*slot.item);
-  std::exchange(slots_, {}).clear();
+  by_key_.clear();
+  for (Node& node : nodes_) node.Leave();
+  std::exchange(nodes_, {}).clear();
 }
 
 ItemList::Item* ItemList::At(int position) const {
-  const auto index = static_cast<std::size_t>(position);
-  return position < 0 || index >= slots_.size() ? nullptr : slots_[index].item.get();
+  const auto wanted = static_cast<std::size_t>(position);
+  if (position < 0 || wanted >= nodes_.size()) return nullptr;
+  const auto distance_from = [wanted](const Position& p) {
+    return static_cast<std::ptrdiff_t>(wanted) - static_cast<std::ptrdiff_t>(p.number);
+  };
+  Position nearest{0, nodes_.begin()};
+  for (const Position& other : {last_asked_, Position{nodes_.size(), nodes_.end()}}) {
+    if (std::abs(distance_from(other)) < std::abs(distance_from(nearest))) nearest = other;
+  }
+  last_asked_ = {wanted, std::next(nearest.place, distance_from(nearest))};
+  return last_asked_.place->item.get();
 }
 
 std::vector<ItemList::Item*> ItemList::Snapshot() const {
   std::vector<Item*> items;
-  items.reserve(slots_.size());
-  for (const Slot& slot : slots_) items.push_back(slot.item.get());
+  items.reserve(nodes_.size());
+  for (const Node& node : nodes_) items.push_back(node.item.get());
   return items;
 }
 
 void ItemList::Append(Item& item) {
-  const auto entry = by_comparable_code_.emplace(comparable_code(item.GetCode()), &item);
+  Node& node = nodes_.emplace_back(*this, comparable_code(item.GetCode()));
   try {
-    slots_.emplace_back().entry = entry;
+    by_key_.emplace(node.key, &node);
   } catch (...) {
-    by_comparable_code_.erase(entry);
+    nodes_.pop_back();
     throw;
   }
-  slots_.back().item.reset(&item);
-  Watch(item);
+  node.place = std::prev(nodes_.end());
+  node.Hold(item);
 }
 
 void ItemList::MoveToEnd(const Item& item) {
-  const auto slot = Find(item);
-  std::rotate(slot, slot + 1, slots_.end());
+  nodes_.splice(nodes_.end(), nodes_, NodeOf(item).place);
+  ForgetPosition();
 }
 
 std::unique_ptr<ItemList::Item> ItemList::Take(const Item& item) {
-  if (!Holds(item)) return nullptr;
-  const auto slot = Find(item);
-  std::unique_ptr<Item> taken = std::move(slot->item);
-  Unwatch(*taken);
-  by_comparable_code_.erase(slot->entry);
-  slots_.erase(slot);
+  Node* const node = Find(item);
+  if (node == nullptr) return nullptr;
+  by_key_.erase(EntryOf(*node));
+  std::unique_ptr<Item> taken = node->Release();
+  const bool was_last_asked = last_asked_.place == node->place;
+  const auto next = nodes_.erase(node->place);
+  if (was_last_asked && next != nodes_.end()) {
+    last_asked_.place = next;
+  } else {
+    ForgetPosition();
+  }
   return taken;
 }
 
 std::unique_ptr<ItemList::Item> ItemList::Replace(const Item& old, std::unique_ptr<Item> fresh) {
-  Append(*fresh);
-  const auto slot = Find(old);
-  std::swap(*slot, slots_.back());
-  fresh.release();  // NOLINT(bugprone-unused-return-value): the list owns it
-  return Take(old);
+  Node& node = NodeOf(old);
+  ChangeKey(node, comparable_code(fresh->GetCode()));
+  std::unique_ptr<Item> taken = node.Release();
+  node.Hold(*fresh.release());
+  return taken;
 }
 
 ItemList::Item* ItemList::FindCode(const std::string& code) const {
@@ -66,63 +96,59 @@ ItemList::Item* ItemList::FindCode(const std::string& code) const {
                       [&](const Item& item) { return item.GetCode() == code; });
 }
 
-ItemList::Item* ItemList::FindComparable(const std::string& comparable) const {
+ItemList::Item* ItemList::FindComparable(std::string_view comparable) const {
   return FirstWithKey(comparable, [](const Item&) { return true; });
 }
 
-void ItemList::Sort(Less less) {
-  std::vector<Slot> sorted(slots_.size());
-  std::vector<Slot> scratch(slots_.size());
-  std::ranges::move(slots_, sorted.begin());
-  for (std::size_t run = 1; run < sorted.size(); run *= 2) {
-    for (std::size_t first = 0; first < sorted.size(); first += 2 * run) {
-      MergeRuns(sorted, scratch, first, run, less);
-    }
-    sorted.swap(scratch);
-  }
-  std::ranges::move(sorted, slots_.begin());
+void ItemList::Sort(Sorter sort) {
+  std::vector<Item*> items = Snapshot();
+  sort(items);
+  for (const Item* item : items) nodes_.splice(nodes_.end(), nodes_, NodeOf(*item).place);
+  ForgetPosition();
 }
 
-void ItemList::Reverse() { std::ranges::reverse(slots_); }
-
-void ItemList::OnCodeChange(tdbObject& object, const std::string& code) {
-  const auto slot = Find(object);
-  const auto entry = by_comparable_code_.emplace(comparable_code(code), slot->item.get());
-  by_comparable_code_.erase(slot->entry);
-  slot->entry = entry;
+void ItemList::Reverse() {
+  nodes_.reverse();
+  ForgetPosition();
 }
 
-ItemList::Slots::iterator ItemList::Find(const tdbObject& item) {
-  return std::ranges::find_if(slots_, [&](const Slot& slot) { return slot.item.get() == &item; });
+// Nothing but nodes watches objects.
+ItemList::Node& ItemList::NodeOf(const tdbObject& item) {
+  return static_cast<Node&>(*CodeWatcher::Of(item));
+}
+
+ItemList::Node* ItemList::Find(const tdbObject& item) const {
+  return CodeWatcher::Of(item) != nullptr && &NodeOf(item).list == this ? &NodeOf(item) : nullptr;
+}
+
+ItemList::Index::iterator ItemList::EntryOf(const Node& node) {
+  const auto [first, last] = by_key_.equal_range(node.key);
+  return std::find_if(first, last, [&](const auto& entry) { return entry.second == &node; });
+}
+
+// Moves the entry, which takes no memory, so that nothing fails half-way.
+void ItemList::ChangeKey(Node& node, std::string key) {
+  auto entry = by_key_.extract(EntryOf(node));
+  node.key = std::move(key);
+  entry.key() = node.key;
+  by_key_.insert(std::move(entry));
 }
 
 template <class Accept>
-ItemList::Item* ItemList::FirstWithKey(const std::string& key, Accept&& accept) const {
-  const auto [first, last] = by_comparable_code_.equal_range(key);
-  std::vector<Item*> accepted;
+ItemList::Item* ItemList::FirstWithKey(std::string_view key, Accept&& accept) const {
+  const auto [first, last] = by_key_.equal_range(key);
+  Item* found = nullptr;
   for (auto entry = first; entry != last; ++entry) {
-    if (accept(*entry->second)) accepted.push_back(entry->second);
+    if (!accept(*entry->second->item)) continue;
+    if (found != nullptr) {
+      // Of several, the list tells which comes first.
+      return std::ranges::find_if(
+                 nodes_, [&](const Node& node) { return node.key == key && accept(*node.item); })
+          ->item.get();
+    }
+    found = entry->second->item.get();
   }
-  if (accepted.size() < 2) return accepted.empty() ? nullptr : accepted.front();
-  const auto slot = std::ranges::find_if(slots_, [&](const Slot& candidate) {
-    return std::ranges::find(accepted, candidate.item.get()) != accepted.end();
-  });
-  return slot->item.get();
-}
-
-// Merges two neighbouring runs of `run` items each, or of what is left of them. The standard merge
-// demands a consistent order, which that of codes is not.
-void ItemList::MergeRuns(std::vector<Slot>& from, std::vector<Slot>& to, std::size_t first,
-                         std::size_t run, Less less) {
-  const std::size_t middle = std::min(first + run, from.size());
-  const std::size_t last = std::min(middle + run, from.size());
-  std::size_t left = first;
-  std::size_t right = middle;
-  for (std::size_t out = first; out < last; ++out) {
-    const bool take_right =
-        left == middle || (right < last && less(*from[right].item, *from[left].item));
-    to[out] = std::move(from[take_right ? right++ : left++]);
-  }
+  return found;
 }
 
 }  // namespace tooldb

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <deque>
-#include <map>
+#include <list>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "tooldb/composite_item.h"
@@ -11,23 +12,24 @@
 
 namespace tooldb {
 
-/// The ordered list of the tools or components that a database owns. Finding one by its code does
-/// not walk the list, even after the host has changed codes.
-class ItemList final : private CodeWatcher {
+/// The ordered list of the tools or components that a database owns. Neither finding an item by its
+/// code nor moving or taking one out walks the list, even after the host has changed codes; nor
+/// does asking for one position after the other.
+class ItemList final {
  public:
   using Item = tdbCompositeItem;
-  /// True when the first item comes before the second; need not be consistent over three items.
-  using Less = bool (*)(const Item&, const Item&);
+  /// Brings items into an order; those that are equal in it keep their places among themselves.
+  using Sorter = void (*)(std::vector<Item*>& items);
 
   ItemList() = default;
   ItemList(const ItemList&) = delete;
   ItemList& operator=(const ItemList&) = delete;
-  ~ItemList() override;
+  ~ItemList();
 
-  std::size_t Size() const { return slots_.size(); }
+  std::size_t Size() const { return nodes_.size(); }
   /// Null when out of range.
   Item* At(int position) const;
-  bool Holds(const Item& item) const { return IsWatching(item); }
+  bool Holds(const Item& item) const { return Find(item) != nullptr; }
   /// All items as they are listed now.
   std::vector<Item*> Snapshot() const;
 
@@ -43,30 +45,50 @@ class ItemList final : private CodeWatcher {
   /// The first item of exactly that code; null if none.
   Item* FindCode(const std::string& code) const;
   /// The first item whose code in comparable form is `comparable`; null if none.
-  Item* FindComparable(const std::string& comparable) const;
+  Item* FindComparable(std::string_view comparable) const;
 
-  /// Merge sort; items neither of which comes first keep their order.
-  void Sort(Less less);
+  void Sort(Sorter sort);
   void Reverse();
 
  private:
-  using Index = std::multimap<std::string, Item*>;
-  struct Slot {
+  struct Node;
+  using Nodes = std::list<Node>;
+  /// By the comparable code, which the node holds.
+  using Index = std::unordered_multimap<std::string_view, Node*>;
+
+  /// A listed item.
+  struct Node final : CodeWatcher {
+    Node(ItemList& its_list, std::string its_key) : list(its_list), key(std::move(its_key)) {}
+    void Hold(Item& its_item);
+    /// The item is no longer watched.
+    void Leave() { Unwatch(*item); }
+    std::unique_ptr<Item> Release();
+    void OnCodeChange(tdbObject& object, const std::string& code) override;
+
+    ItemList& list;
+    std::string key;
     std::unique_ptr<Item> item;
-    Index::iterator entry;
+    Nodes::iterator place;
   };
-  using Slots = std::deque<Slot>;
 
-  void OnCodeChange(tdbObject& object, const std::string& code) override;
-  /// The place of a listed item.
-  Slots::iterator Find(const tdbObject& item);
+  /// The node of an item that is listed, here or elsewhere.
+  static Node& NodeOf(const tdbObject& item);
+  /// The node of an item; null when it is not listed here.
+  Node* Find(const tdbObject& item) const;
+  Index::iterator EntryOf(const Node& node);
+  void ChangeKey(Node& node, std::string key);
+  void ForgetPosition() { last_asked_ = {0, nodes_.begin()}; }
   template <class Accept>
-  Item* FirstWithKey(const std::string& key, Accept&& accept) const;
-  static void MergeRuns(std::vector<Slot>& from, std::vector<Slot>& to, std::size_t first,
-                        std::size_t run, Less less);
+  Item* FirstWithKey(std::string_view key, Accept&& accept) const;
 
-  Slots slots_;
-  Index by_comparable_code_;
+  struct Position {
+    std::size_t number;
+    Nodes::const_iterator place;
+  };
+
+  Nodes nodes_;
+  Index by_key_;
+  mutable Position last_asked_{0, nodes_.begin()};
 };
 
 }  // namespace tooldb

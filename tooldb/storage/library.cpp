@@ -200,8 +200,8 @@ bool Library::AddClone(const LibraryItem* item, tdbError& error) {
   return true;
 }
 
-void Library::Sort(ItemList::Less less, bool ascending) {
-  list_.Sort(less);
+void Library::Sort(ItemList::Sorter sort, bool ascending) {
+  list_.Sort(sort);
   if (!ascending) list_.Reverse();
 }
 

@@ -70,7 +70,7 @@ class Library {
   bool Rename(const std::string& previous_code, LibraryItem* item, tdbError& error);
   /// Adds a copy under the first " - Clone(n)" that no listed item has.
   bool AddClone(const LibraryItem* item, tdbError& error);
-  void Sort(ItemList::Less less, bool ascending);
+  void Sort(ItemList::Sorter sort, bool ascending);
   void RemoveFiles();
   void RemoveListed();
   void RemoveListedAndFiles();
