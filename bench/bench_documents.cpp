@@ -15,7 +15,7 @@ namespace {
 
 double import(const std::string& text, int expected) {
   tdbToolDB db("bench", 1);
-  const double time = seconds([&] { db.ImportFromXml(text.c_str(), {}); });
+  const double time = cpu_seconds([&] { db.ImportFromXml(text.c_str(), {}); });
   if (db.GetToolCount(1) != expected) throw std::runtime_error("tools are missing");
   return time;
 }
@@ -52,8 +52,7 @@ Figure import_memory(int count) {
   close(channel[0]);
   waitpid(child, nullptr, 0);
   if (!received) throw std::runtime_error("the measuring process failed");
-  Figure figure{.id = "P3",
-                .operation = "Peak memory beside the tools / the document",
+  Figure figure{.operation = "Peak memory beside the tools / the document",
                 .size = std::to_string(count) + " tools",
                 .ours = figures[0] / 1e6,
                 .floor = figures[1] / 1e6,
@@ -112,20 +111,19 @@ Figure write_document(const Options& options) {
     if (db.AddTool(tool.get(), false)) static_cast<void>(tool.release());
   }
   return compare(
-      {.id = "P4",
-       .operation = "Write a document / print its numbers and texts",
+      {.operation = "Write a document / print its numbers and texts",
        .size = std::to_string(count) + " tools",
        .goal = 0.5},
       options.rounds,
       [&db] {
-        return seconds([&db] {
+        return cpu_seconds([&db] {
           std::string out;
           static_cast<const tdbToolDB&>(db).WriteXml(out, {});
           keep(out.data());
         });
       },
       [&tools] {
-        return seconds([&tools] {
+        return cpu_seconds([&tools] {
           std::string out;
           for (const tdbTool* tool : tools) print_numbers(*tool, out);
           keep(out.data());
@@ -142,13 +140,12 @@ std::vector<Figure> bench_documents(const Options& options) {
   {
     const std::string text = export_document(count);
     figures.push_back(compare(
-        {.id = "P3",
-         .operation = "Import a document / parse it whole",
+        {.operation = "Import a document / parse it whole",
          .size = std::to_string(count) + " tools",
          .goal = 0.8},
         options.rounds, [&] { return import(text, count); },
         [&] {
-          return seconds([&] {
+          return cpu_seconds([&] {
             tinyxml2::XMLDocument document;
             document.Parse(text.data(), text.size());
             keep(document.RootElement());

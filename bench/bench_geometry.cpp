@@ -6,10 +6,10 @@
 #include <random>
 
 #include "bench/benchmarks.h"
-#include "geom/byte_source.h"
 #include "geom/revolve.h"
 #include "geom/stl.h"
 #include "tooldb/profile.h"
+#include "tooldb/profile/stl_file.h"
 
 namespace bench {
 namespace {
@@ -42,8 +42,7 @@ Figure revolve_figure(const Options& options, int points, int segments) {
   const auto outline = wavy_outline(points, 80);
   const Mesh result = revolved(outline, segments);
   return compare(
-      {.id = "P9",
-       .operation = "Turn an outline into a mesh / memcpy of the triangles",
+      {.operation = "Turn an outline into a mesh / memcpy of the triangles",
        .size = std::to_string(result.size()) + " facets",
        .goal = 2.5},
       options.rounds, [&] { return seconds([&] { keep(revolved(outline, segments).data()); }); },
@@ -70,8 +69,7 @@ std::vector<double> vertex_heights(const Mesh& mesh) {
 Figure silhouette_figure(const Options& options, int points, int segments, const char* edges) {
   const Mesh mesh = revolved(wavy_outline(points, 80), segments);
   return compare(
-      {.id = "P12",
-       .operation = std::string("Silhouette, ") + edges + " edges / sort of the heights",
+      {.operation = std::string("Silhouette, ") + edges + " edges / sort of the heights",
        .size = std::to_string(mesh.size()) + " facets",
        .goal = 3},
       options.rounds,
@@ -99,14 +97,13 @@ Figure offset_figure(const Options& options, int points) {
     path.emplace_back(std::llround(p.x * scale), std::llround(p.y * scale));
   }
   return compare(
-      {.id = "P11",
-       .operation = "Offset an outline / one ClipperOffset call",
+      {.operation = "Offset an outline / one ClipperOffset call",
        .size = std::to_string(points) + " points",
        .goal = 1.1},
       options.rounds,
-      [&] { return seconds([&] { keep(tdbProfile::OffsetProfile2(contour, 0.5).data()); }); },
+      [&] { return cpu_seconds([&] { keep(tdbProfile::OffsetProfile2(contour, 0.5).data()); }); },
       [&] {
-        return seconds([&] {
+        return cpu_seconds([&] {
           ClipperLib::ClipperOffset offset(2, 0.005 * scale);
           offset.AddPath(path, ClipperLib::jtMiter, ClipperLib::etClosedPolygon);
           ClipperLib::Paths result;
@@ -132,20 +129,12 @@ std::vector<Figure> bench_stl(const Options& options) {
     const auto path = folder.Path() / (std::string(form) + ".stl");
     write_file(path, bytes);
     return compare(
-        {.id = "P10",
-         .operation = std::string("Read STL, ") + form + " / read the file",
+        {.operation = std::string("Read STL, ") + form + " / read the file",
          .size = std::to_string(mesh.size()) + " facets",
          .goal = goal},
         options.rounds,
-        [&] {
-          return seconds([&] {
-            const std::string text = read_file(path);
-            tooldb::MemoryBytes source(text);
-            std::string error;
-            keep(tooldb::read_stl(source, error));
-          });
-        },
-        [&] { return seconds([&] { keep(read_file(path).data()); }); });
+        [&] { return seconds([&] { keep(tooldb::read_stl_file(path.string()).data()); }); },
+        [&] { return seconds([&] { keep(read_file(path).data.get()); }); });
   };
   return {figure("binary", tooldb::stl_binary(mesh), 2.2),
           figure("text", tooldb::stl_text(mesh, "bench"), 2.0)};

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include "bench/benchmarks.h"
@@ -11,7 +12,11 @@ extern char** environ;
 namespace bench {
 namespace {
 
-/// Runs the program to its end, its output thrown away.
+double in_seconds(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+}
+
+/// Processor time of the program from its start to its end, its output thrown away.
 double run(const std::filesystem::path& program, std::string command, std::string folder) {
   std::string name = program.string();
   char* const argv[] = {name.data(), command.data(), folder.data(), nullptr};
@@ -19,19 +24,15 @@ double run(const std::filesystem::path& program, std::string command, std::strin
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
   posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-  const double time = seconds([&] {
-    pid_t child = 0;
-    if (posix_spawn(&child, program.c_str(), &actions, nullptr, argv, environ) != 0) {
-      throw std::runtime_error("cannot start " + program.string());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) > 1) {
-      throw std::runtime_error("the program failed");
-    }
-  });
+  pid_t child = 0;
+  const int failure = posix_spawn(&child, program.c_str(), &actions, nullptr, argv, environ);
   posix_spawn_file_actions_destroy(&actions);
-  return time;
+  if (failure != 0) throw std::runtime_error("cannot start " + program.string());
+  int status = 0;
+  rusage used{};
+  wait4(child, &status, 0, &used);
+  if (!WIFEXITED(status) || WEXITSTATUS(status) > 1) throw std::runtime_error("the program failed");
+  return in_seconds(used.ru_utime) + in_seconds(used.ru_stime);
 }
 
 }  // namespace
@@ -44,12 +45,11 @@ std::vector<Figure> bench_program(const Options& options) {
   const auto read = [&] {
     tdbToolDB db("bench", 0);
     db.Init(folder.Text());
-    return seconds([&db] { db.Read(); });
+    return cpu_seconds([&db] { db.Read(); });
   };
   const auto figure = [&](const char* command, double goal) {
     return compare(
-        {.id = "P14",
-         .operation = std::string("tooldb ") + command + " / Read in the library",
+        {.operation = std::string("tooldb ") + command + " / Read in the library",
          .size = std::to_string(count) + " tools",
          .goal = goal},
         options.rounds, [&] { return run(options.program, command, folder.Text()); }, read);

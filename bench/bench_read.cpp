@@ -12,22 +12,22 @@ namespace {
 double read_library(const std::filesystem::path& folder, int expected) {
   tdbToolDB db("bench", 0);
   if (!db.Init(folder.string())) throw std::runtime_error("cannot open " + folder.string());
-  const double time = seconds([&db] { db.Read(); });
+  const double time = cpu_seconds([&db] { db.Read(); });
   if (db.GetToolCount(1) != expected) throw std::runtime_error("tools are missing");
   return time;
 }
 
 /// What any reader must do: list the folder, read each file, parse it.
 double parse_files(const std::filesystem::path& folder) {
-  return seconds([&folder] {
+  return cpu_seconds([&folder] {
     std::vector<std::filesystem::path> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
       names.push_back(entry.path());
     }
     for (const auto& name : names) {
-      const std::string text = read_file(name);
+      const FileBytes text = read_file(name);
       tinyxml2::XMLDocument document;
-      document.Parse(text.data(), text.size());
+      document.Parse(text.data.get(), text.size);
       keep(document.RootElement());
     }
   });
@@ -36,7 +36,7 @@ double parse_files(const std::filesystem::path& folder) {
 double look_up_each(const std::filesystem::path& folder, int count) {
   tdbToolDB db("bench", 0);
   db.Init(folder.string());
-  return seconds([&db, count] {
+  return cpu_seconds([&db, count] {
     for (int i = 0; i < count; ++i) {
       const std::unique_ptr<tdbTool> tool(db.GetTool(i, 2));
       keep(tool.get());
@@ -57,15 +57,13 @@ std::vector<Figure> bench_read(const Options& options) {
 
   std::vector<Figure> figures;
   figures.push_back(compare(
-      {.id = "P1",
-       .operation = "Read a folder / list, read and parse its files",
+      {.operation = "Read a folder / list, read and parse its files",
        .size = std::to_string(small) + " tools",
        .goal = 1.3},
       options.rounds, [&] { return read_library(small_folder, small); },
       [&] { return parse_files(small_folder); }));
   figures.push_back(compare(
-      {.id = "P2",
-       .operation = "Read a folder / one of a tenth",
+      {.operation = "Read a folder / one of a tenth",
        .size = std::to_string(large) + " tools",
        .goal = 10.5},
       options.rounds, [&] { return read_library(large_folder, large); },
@@ -76,8 +74,7 @@ std::vector<Figure> bench_read(const Options& options) {
   make_library(few_folder, look_ups);
   make_library(many_folder, 10 * look_ups);
   figures.push_back(compare(
-      {.id = "P15",
-       .operation = "Each tool from the folder by position / a tenth of them",
+      {.operation = "Each tool from the folder by position / a tenth of them",
        .size = std::to_string(10 * look_ups) + " tools",
        .goal = 11},
       options.rounds, [&] { return look_up_each(many_folder, 10 * look_ups); },
@@ -97,8 +94,7 @@ std::vector<Figure> bench_memory(const Options& options) {
     file_bytes += text.size();
     if (db.AddTool(tool.get(), false)) static_cast<void>(tool.release());
   }
-  Figure figure{.id = "P13",
-                .operation = "Memory of tools held / bytes of their files",
+  Figure figure{.operation = "Memory of tools held / bytes of their files",
                 .size = std::to_string(count) + " tools",
                 .goal = 1.5,
                 .unit = "MB"};

@@ -1,7 +1,9 @@
 #include <fcntl.h>
+#include <strings.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <unordered_map>
 
@@ -94,8 +96,7 @@ std::vector<Figure> bench_durable_changes(const Options& options) {
   const int count = options.quick ? 20 : 200;
   const DurableChange changes(options, count);
   const auto figure = [&](const char* operation, const Work& ours) {
-    return compare({.id = "P5",
-                    .operation = std::string(operation) + " / temporary file, flushes and rename",
+    return compare({.operation = std::string(operation) + " / temporary file, flushes and rename",
                     .size = std::to_string(count) + " tools",
                     .goal = 1.2},
                    options.rounds, ours, [&changes] { return changes.Floor(); });
@@ -127,8 +128,7 @@ std::vector<Figure> bench_bulk_changes(const Options& options) {
   tdbToolDB source("source", 0);
   check(source.Init((sources.Path() / "library").string()) && source.Read());
   const auto figure = [&](const char* operation, const Work& ours) {
-    return compare({.id = "P6",
-                    .operation = std::string(operation) + " / plain write of the same files",
+    return compare({.operation = std::string(operation) + " / plain write of the same files",
                     .size = std::to_string(count) + " tools",
                     .goal = 2},
                    options.rounds, ours, [&] { return write_plainly(options, texts); });
@@ -165,7 +165,7 @@ std::vector<Figure> bench_lookup(const Options& options) {
       index[codes.back()] = db.GetToolByCode(codes.back(), 1);
     }
     const auto hash_look_ups = [&] {
-      return seconds([&] {
+      return cpu_seconds([&] {
         for (const std::string& code : codes) {
           std::string normal = tdbUtil::trim_left(tdbUtil::trim_right(code, " "), " ");
           tdbUtil::to_upper(normal);
@@ -174,13 +174,12 @@ std::vector<Figure> bench_lookup(const Options& options) {
       });
     };
     figures.push_back(compare(
-        {.id = "P7",
-         .operation = "Look a code up / hash look-up of the normal form",
+        {.operation = "Look a code up / hash look-up of the normal form",
          .size = std::to_string(count) + " tools",
          .goal = 3},
         options.rounds,
         [&] {
-          return seconds([&] {
+          return cpu_seconds([&] {
             for (const std::string& code : codes) {
               keep(db.GetToolByCode(code, 1));
             }
@@ -188,8 +187,7 @@ std::vector<Figure> bench_lookup(const Options& options) {
         },
         hash_look_ups));
     figures.push_back(compare(
-        {.id = "P7",
-         .operation = "AddTool replacing, in memory / hash look-up",
+        {.operation = "AddTool replacing, in memory / hash look-up",
          .size = std::to_string(count) + " tools",
          .goal = 3},
         options.rounds,
@@ -198,7 +196,7 @@ std::vector<Figure> bench_lookup(const Options& options) {
           for (const std::string& code : codes) {
             tools.push_back(std::make_unique<tdbTool>(code));
           }
-          return seconds([&] {
+          return cpu_seconds([&] {
             for (auto& tool : tools) add(db, std::move(tool), true);
           });
         },
@@ -216,7 +214,13 @@ struct SortKey {
 };
 
 constexpr SortKey kSortKeys[] = {
-    {0, "code", [](const tdbTool* a, const tdbTool* b) { return a->GetCode() < b->GetCode(); }},
+    {0, "code",
+     [](const tdbTool* a, const tdbTool* b) {
+       const long number_a = std::strtol(a->GetCode().c_str(), nullptr, 10);
+       const long number_b = std::strtol(b->GetCode().c_str(), nullptr, 10);
+       if (number_a != 0 && number_b != 0) return number_a < number_b;
+       return strcasecmp(a->GetCode().c_str(), b->GetCode().c_str()) < 0;
+     }},
     {2, "type", [](const tdbTool* a, const tdbTool* b) { return a->GetType() < b->GetType(); }},
     {3, "description",
      [](const tdbTool* a, const tdbTool* b) {
@@ -256,21 +260,20 @@ std::vector<Figure> bench_sort(const Options& options) {
   std::vector<Figure> figures;
   for (const SortKey& key : kSortKeys) {
     figures.push_back(compare(
-        {.id = "P8",
-         .operation = std::string("Sort by ") + key.name + " / stable_sort of pointers",
+        {.operation = std::string("Sort by ") + key.name + " / stable_sort of pointers",
          .size = std::to_string(count) + " tools",
          .goal = 1},
         options.rounds,
         [&] {
           tdbToolDB db("bench", 1);
           for (tdbTool* tool : order) check(db.AddTool(tool, false));
-          const double time = seconds([&] { db.Sort(key.key, true); });
+          const double time = cpu_seconds([&] { db.Sort(key.key, true); });
           for (tdbTool* tool : order) check(db.RemoveTool(tool));
           return time;
         },
         [&] {
           std::vector<tdbTool*> tools = order;
-          return seconds([&] { std::stable_sort(tools.begin(), tools.end(), key.less); });
+          return cpu_seconds([&] { std::stable_sort(tools.begin(), tools.end(), key.less); });
         }));
   }
   return figures;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <ctime>
 #include <stdexcept>
 
 namespace bench {
@@ -46,20 +47,26 @@ ScratchFolder::~ScratchFolder() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-std::string read_file(const std::filesystem::path& path) {
+double processor_time() {
+  timespec time{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+FileBytes read_file(const std::filesystem::path& path) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) throw std::runtime_error("cannot open " + path.string());
   struct stat status {};
-  fstat(file, &status);
-  std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
-  std::size_t done = 0;
-  while (done < bytes.size()) {
-    const auto got = read(file, bytes.data() + done, bytes.size() - done);
-    if (got <= 0) break;
-    done += static_cast<std::size_t>(got);
+  if (file < 0 || fstat(file, &status) != 0) {
+    throw std::runtime_error("cannot open " + path.string());
+  }
+  const auto size = static_cast<std::size_t>(status.st_size);
+  FileBytes bytes{std::unique_ptr<char[]>(new char[size])};
+  while (bytes.size < size) {
+    const auto got = read(file, bytes.data.get() + bytes.size, size - bytes.size);
+    if (got <= 0) throw std::runtime_error("cannot read " + path.string());
+    bytes.size += static_cast<std::size_t>(got);
   }
   close(file);
-  bytes.resize(done);
   return bytes;
 }
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,7 @@ namespace bench {
 
 /// One line of the table.
 struct Figure {
-  std::string id;         ///< "P1"
-  std::string operation;  ///< what was done
+  std::string operation;  ///< what was done / its floor
   std::string size;       ///< on how much
   double ours = 0;        ///< median, in `unit`
   double floor = 0;       ///< median, in `unit`
@@ -27,7 +27,7 @@ struct Figure {
 /// What a benchmark may ask of the run.
 struct Options {
   bool quick = false;             ///< small sizes and few rounds
-  std::string only;               ///< run only figures of this id; empty: all
+  std::string only;               ///< run only the groups whose name holds this; empty: all
   std::filesystem::path scratch;  ///< folder on the disk that is measured
   std::filesystem::path program;  ///< the tooldb program; empty: its figures are left out
   int rounds = 5;
@@ -39,12 +39,23 @@ using Benchmark = std::vector<Figure> (*)(const Options&);
 /// A piece of work: runs once, and answers the seconds that count (set-up left out).
 using Work = std::function<double()>;
 
-/// Seconds that `work` takes.
+/// Seconds that pass while `work` runs: for work that waits for the disk or runs on many threads.
 template <class F>
 double seconds(F&& work) {
   const auto start = std::chrono::steady_clock::now();
   std::forward<F>(work)();
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Processor time of this process so far, in seconds; that spent in the system counts too.
+double processor_time();
+
+/// Seconds of processor time that `work` takes: a busy machine does not change them much.
+template <class F>
+double cpu_seconds(F&& work) {
+  const double start = processor_time();
+  std::forward<F>(work)();
+  return processor_time() - start;
 }
 
 double median(std::vector<double> values);
@@ -72,8 +83,14 @@ class ScratchFolder {
   std::filesystem::path path_;
 };
 
+/// Bytes in memory that nothing has written to before they were read.
+struct FileBytes {
+  std::unique_ptr<char[]> data;
+  std::size_t size = 0;
+};
+
 /// Reads a file whole into fresh memory.
-std::string read_file(const std::filesystem::path& path);
+FileBytes read_file(const std::filesystem::path& path);
 void write_file(const std::filesystem::path& path, const std::string& bytes);
 
 /// Bytes that the process has allocated and not given back.
