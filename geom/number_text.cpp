@@ -17,14 +17,17 @@ void append_number(std::string& out, double value, std::chars_format format) {
   out.append(buffer.data(), end.ptr);
 }
 
+bool is_blank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
 std::string_view without_leading_blanks(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t\n\v\f\r");
-  return first == std::string_view::npos ? std::string_view{} : text.substr(first);
+  while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
+  return text;
 }
 
 std::string_view without_blanks(std::string_view text) {
   text = without_leading_blanks(text);
-  return text.substr(0, text.find_last_not_of(" \t\n\v\f\r") + 1);
+  while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 std::string_view without_plus(std::string_view text) {

@@ -14,6 +14,7 @@ inline constexpr std::string_view kBlanks = " \t\n\v\f\r";
 inline constexpr std::string_view kToolFileExtension = ".ktf";
 inline constexpr std::string_view kComponentFileExtension = ".ktcf";
 
+constexpr bool is_blank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 constexpr char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 std::string upper_text(std::string_view text);

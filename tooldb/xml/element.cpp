@@ -59,23 +59,33 @@ std::string text_of(const Element& element) {
   return text;
 }
 
+std::optional<std::string_view> find_attribute(const Element& element, std::string_view name) {
+  for (const auto* each = element.FirstAttribute(); each != nullptr; each = each->Next()) {
+    const char* const spelt = each->Name();
+    // Most differ in the first character.
+    if (spelt[0] == name[0] && name == spelt) return each->Value();
+  }
+  return std::nullopt;
+}
+
 std::string_view attribute(const Element& element, std::string_view name) {
-  const char* value = element.Attribute(name.data());
-  return value == nullptr ? std::string_view() : std::string_view(value);
+  return find_attribute(element, name).value_or(std::string_view());
 }
 
 bool has_attribute(const Element& element, std::string_view name) {
-  return element.FindAttribute(name.data()) != nullptr;
+  return find_attribute(element, name).has_value();
 }
 
 bool is_true(std::string_view text) { return text == word::kTrue; }
 
 double number(const Element& element, std::string_view name, double missing) {
-  return has_attribute(element, name) ? leading_number(attribute(element, name)) : missing;
+  const auto text = find_attribute(element, name);
+  return text ? leading_number(*text) : missing;
 }
 
 int integer(const Element& element, std::string_view name, int missing) {
-  return has_attribute(element, name) ? leading_integer(attribute(element, name)) : missing;
+  const auto text = find_attribute(element, name);
+  return text ? leading_integer(*text) : missing;
 }
 
 std::string clean_name(std::string_view text) {

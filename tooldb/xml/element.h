@@ -43,7 +43,9 @@ std::string upper_name(const Element& element);
 /// stands in the document, tags and all.
 std::string text_of(const Element& element);
 
-/// An attribute's value; empty when it is missing. Borrowed from the element.
+/// An attribute's value, borrowed from the element; nothing when it is missing.
+std::optional<std::string_view> find_attribute(const Element& element, std::string_view name);
+/// The same; empty when it is missing.
 std::string_view attribute(const Element& element, std::string_view name);
 bool has_attribute(const Element& element, std::string_view name);
 

@@ -22,7 +22,8 @@ struct OpenElement {
 
 // A text that the parser would change, and that needs nothing of what it does.
 bool is_raw_text(std::string_view content) {
-  const bool changed = trimmed(content).empty() || content.find('\r') != std::string_view::npos;
+  const bool changed =
+      std::ranges::all_of(content, is_blank) || content.find('\r') != std::string_view::npos;
   return changed && !content.empty() && content.find_first_of("&<") == std::string_view::npos;
 }
 

@@ -33,13 +33,21 @@ const Special* special_at(std::string_view text) {
   return special == kSpecials.end() ? nullptr : &*special;
 }
 
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool starts_name(char c) {
+constexpr bool is_letter(char c) { return upper(c) >= 'A' && upper(c) <= 'Z'; }
+constexpr bool starts_name(char c) {
   return is_letter(c) || c == '_' || c == ':' || static_cast<unsigned char>(c) >= 0x80;
 }
-bool continues_name(char c) {
-  return starts_name(c) || (c >= '0' && c <= '9') || c == '.' || c == '-';
-}
+
+// The characters that go on with a name, by their codes.
+constexpr auto kContinuesName = [] {
+  std::array<bool, 256> table{};
+  for (unsigned code = 0; code < table.size(); ++code) {
+    const char c = static_cast<char>(code);
+    table[code] = starts_name(c) || (c >= '0' && c <= '9') || c == '.' || c == '-';
+  }
+  return table;
+}();
+bool continues_name(char c) { return kContinuesName[static_cast<unsigned char>(c)]; }
 
 std::string in_tag(std::string_view name) { return " in the tag " + shown_tag(name); }
 
@@ -172,8 +180,8 @@ std::size_t MarkupScanner::AfterName(std::size_t at) const {
 }
 
 std::size_t MarkupScanner::AfterBlanks(std::size_t at) const {
-  const auto next = text_.find_first_not_of(kBlanks, at);
-  return next == kNone ? text_.size() : next;
+  while (at < text_.size() && is_blank(text_[at])) ++at;
+  return at;
 }
 
 }  // namespace tooldb

@@ -68,8 +68,9 @@ template <class Rows, class Take>
 bool take_all(const Element& element, const Rows& rows, Take&& take) {
   bool any = false;
   for (const auto& row : rows) {
-    if (!has_attribute(element, row.name)) continue;
-    take(row.field, attribute(element, row.name));
+    const auto text = find_attribute(element, row.name);
+    if (!text) continue;
+    take(row.field, *text);
     any = true;
   }
   return any;

@@ -72,7 +72,7 @@ void take(const Element& child, std::string_view name, PoseParts& parts) {
 // The children of the element itself, or of the wrapper in it.
 const Element& pose_holder(const Element& element) {
   for (auto* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-    if (upper_name(*child) == tag::kTransformation) return *child;
+    if (is_name(child->Name(), tag::kTransformation)) return *child;
   }
   return element;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include "geom/number_text.h"
 #include "tooldb/error.h"
@@ -95,10 +96,20 @@ void refuse_zero_bytes(std::string_view text) {
                      "byte-order mark: save it as UTF-8");
 }
 
+// Eight bytes at once: most texts have no others than ASCII.
+std::size_t ascii_length(std::string_view text) {
+  std::size_t i = 0;
+  for (std::uint64_t eight = 0; i + sizeof eight <= text.size(); i += sizeof eight) {
+    std::memcpy(&eight, text.data() + i, sizeof eight);
+    if ((eight & 0x8080808080808080U) != 0) break;
+  }
+  return i;
+}
+
 }  // namespace
 
 bool is_utf8(std::string_view text) {
-  for (std::size_t i = 0; i < text.size();) {
+  for (std::size_t i = ascii_length(text); i < text.size();) {
     const std::size_t length = utf8_length(text, i);
     if (length == 0) return false;
     i += length;
