@@ -98,7 +98,7 @@ class TDB_EXPORT tdbToolDB : public tdbObject {
 
   /// @name Lookup
   /// A tool read from the folder is as its file has it: `Update` it before asking for placements.
-  /// By position the folder is listed at each call; for all tools use `GetTools` or `Read`.
+  /// By position, the files are in byte order of their names as the folder has them at the call.
   /// @{
   tdbTool* GetTool(int position, int source);
   const tdbTool* GetToolByCode(const std::string& code, int source) const;

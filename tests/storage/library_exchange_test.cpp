@@ -1,7 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <random>
 #include <stdexcept>
+#include <thread>
 
 #include "tests/storage/watched_database.h"
 
@@ -71,6 +76,27 @@ TEST_F(Exchange, LooksUpByPositionAndCode) {
   const Owned stored(db_.GetTool(0, 2));
   EXPECT_EQ(stored->GetCode(), "A/B") << "that of the file";
   EXPECT_NE(Owned(db_.GetToolByCode("A{{47}}B", 2)), nullptr);
+}
+
+TEST_F(Exchange, LooksUpByPositionInTheFolderAsItIs) {
+  std::mt19937 random(20240731);
+  for (int step = 0; step < 300; ++step) {
+    // Now and then long enough for the listing of the folder to be kept.
+    if (step % 100 == 50) {
+      db_.GetToolCount(2);
+      std::this_thread::sleep_for(std::chrono::milliseconds(70));
+      db_.GetToolCount(2);
+    }
+    const std::string name = "lib/S" + std::to_string(random() % 9) + ".ktf";
+    if (!std::filesystem::remove(scratch_.Path(name))) scratch_.MakeFile(name, "<TOOL/>");
+    const auto files = scratch_.Files("lib");
+    std::vector<std::string> codes;
+    for (int i = 0; i < db_.GetToolCount(2); ++i) codes.push_back(db_.GetToolCodebyPosition(i, 2));
+    ASSERT_EQ(codes.size(), files.size()) << step;
+    EXPECT_TRUE(std::ranges::equal(codes, files, {}, {}, [](const auto& file) {
+      return tdbUtil::decoding_code(file.first.substr(0, file.first.size() - 4));
+    }));
+  }
 }
 
 TEST_F(Exchange, RefreshesInPlace) {

@@ -180,4 +180,10 @@ void SystemFileSystem::FlushFolder(const std::string& path) {
   }
 }
 
+std::int64_t SystemFileSystem::LastWriteNanoseconds(const std::string& path) {
+  struct stat status = {};
+  if (::stat(path.c_str(), &status) != 0) raise_last_error(path);
+  return std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
+}
+
 }  // namespace tooldb

@@ -35,6 +35,10 @@ std::unique_ptr<InputFile> FileSystem::Open(const std::string& path) {
   return std::make_unique<FileInMemory>(Read(path));
 }
 
+std::int64_t FileSystem::LastWriteNanoseconds(const std::string& path) {
+  return LastWriteTime(path) * 1'000'000'000;
+}
+
 FileSystem& file_system() { return *current(); }
 
 ScopedFileSystem::ScopedFileSystem(FileSystem& replacement)

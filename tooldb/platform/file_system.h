@@ -77,6 +77,8 @@ class FileSystem {
   virtual bool IsSameFile(const std::string& a, const std::string& b) = 0;
   /// Seconds since 1970.
   virtual std::int64_t LastWriteTime(const std::string& path) = 0;
+  /// The same in nanoseconds, as finely as it is known: unless it is overridden, whole seconds.
+  virtual std::int64_t LastWriteNanoseconds(const std::string& path);
 };
 
 /// The file system in use: the system's own, or the innermost `ScopedFileSystem`.

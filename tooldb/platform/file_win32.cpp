@@ -200,4 +200,8 @@ void SystemFileSystem::Rename(const std::string& from, const std::string& to) {
 // Folders cannot be flushed here; the moves above are written through.
 void SystemFileSystem::FlushFolder(const std::string&) {}
 
+std::int64_t SystemFileSystem::LastWriteNanoseconds(const std::string& path) {
+  return FileSystem::LastWriteNanoseconds(path);
+}
+
 }  // namespace tooldb

@@ -25,6 +25,7 @@ class SystemFileSystem final : public FileSystem {
   bool IsFolder(const std::string& path) override;
   bool IsSameFile(const std::string& a, const std::string& b) override;
   std::int64_t LastWriteTime(const std::string& path) override;
+  std::int64_t LastWriteNanoseconds(const std::string& path) override;
 };
 
 }  // namespace tooldb

@@ -9,6 +9,7 @@
 #include "tooldb/file_manager.h"
 #include "tooldb/storage/code_selection.h"
 #include "tooldb/storage/folder_batch.h"
+#include "tooldb/storage/folder_listing.h"
 #include "tooldb/storage/item_list.h"
 #include "tooldb/storage/library_kind.h"
 
@@ -107,6 +108,9 @@ class Library {
 
   /// Names of the stored files; nothing, and reported, when the folder cannot be listed.
   std::optional<std::vector<std::string>> StoredNames();
+  /// The same, listed again only when the folder may have changed: for lookups one by one. Null
+  /// when the folder cannot be listed; borrowed until the next call.
+  const std::vector<std::string>* ListedNames();
   /// Empty when out of range.
   std::string StoredName(int position);
   std::string NameForCode(const std::string& code) const;
@@ -137,6 +141,7 @@ class Library {
   ItemList list_;
   std::string folder_path_;
   tdbFileManager files_;
+  FolderListing listing_;
   std::int64_t folder_time_ = -1;
 };
 

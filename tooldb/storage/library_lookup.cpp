@@ -25,8 +25,8 @@ std::unique_ptr<LibraryItem> Library::StoredWithCode(const std::string& code) {
 std::string Library::CodeOfStored(int position) { return CodeOf(StoredName(position)); }
 
 int Library::StoredCount() {
-  const auto names = StoredNames();
-  return names ? static_cast<int>(names->size()) : 0;
+  const auto* const names = ListedNames();
+  return names == nullptr ? 0 : static_cast<int>(names->size());
 }
 
 LibraryItems Library::AllStored() {
@@ -59,10 +59,22 @@ std::optional<std::vector<std::string>> Library::StoredNames() {
   return std::nullopt;
 }
 
+const std::vector<std::string>* Library::ListedNames() {
+  tdbError unknown;
+  const bool current =
+      guarded(unknown, false, [&] { return listing_.IsCurrent(files_.GetFolder()); });
+  if (!current) {
+    auto names = StoredNames();
+    if (!names) return nullptr;
+    listing_.Keep(*std::move(names));
+  }
+  return &listing_.Names();
+}
+
 std::string Library::StoredName(int position) {
-  const auto names = StoredNames();
-  if (!names || position < 0 || static_cast<std::size_t>(position) >= names->size()) return {};
-  return (*names)[static_cast<std::size_t>(position)];
+  const auto* const names = position < 0 ? nullptr : ListedNames();
+  const auto index = static_cast<std::size_t>(position);
+  return names == nullptr || index >= names->size() ? std::string() : (*names)[index];
 }
 
 std::string Library::NameForCode(const std::string& code) const {
