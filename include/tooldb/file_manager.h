@@ -10,7 +10,8 @@ class tdbItem;
 
 namespace tooldb {
 class FolderBatch;
-}
+class PreparedFiles;
+}  // namespace tooldb
 
 /// Keeps items as one file each in a folder: the encoded code of the item, then its extension.
 ///
@@ -65,6 +66,7 @@ class TDB_EXPORT tdbFileManager {
 
     int open = 0;
     bool flush_due = false;
+    tooldb::PreparedFiles* prepared = nullptr;
   };
 
   /// Flushes the folder, at once or at the end of the open batch.

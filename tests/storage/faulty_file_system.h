@@ -62,6 +62,8 @@ class FaultyFileSystem final : public FileSystem {
     real_.CreateFolder(path);
   }
   void FlushFolder(const std::string& path) override { Check(Kind::kFlush, path); }
+  bool CanFlushDisk() override { return true; }
+  void FlushDisk(const std::string& folder) override { Check(Kind::kFlush, folder); }
   std::vector<std::string> List(const std::string& folder) override {
     Check(Kind::kLook, folder);
     return real_.List(folder);

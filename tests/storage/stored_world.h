@@ -120,6 +120,14 @@ inline constexpr Operation kOperations[] = {
        add_tool(other, "T9", "new");
        return world.Call([&] { return world.db.Import(&other); });
      }},
+    {"ImportMany", Need::kWrite,
+     [](World& world) {
+       tdbToolDB other("other", 1);
+       for (const char* code : {"M1", "M2", "M3", "T1", "M4", "M5", "M1", "T2"}) {
+         add_tool(other, code, "imported");
+       }
+       return world.Call([&] { return world.db.Import(&other); });
+     }},
     {"ImportFromFile", Need::kWrite,
      [](World& world) {
        const std::string path = world.scratch.Path("export.xml");

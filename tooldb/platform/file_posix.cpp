@@ -180,6 +180,18 @@ void SystemFileSystem::FlushFolder(const std::string& path) {
   }
 }
 
+#ifdef __linux__
+bool SystemFileSystem::CanFlushDisk() { return true; }
+
+void SystemFileSystem::FlushDisk(const std::string& folder) {
+  const Descriptor descriptor(open_file(folder, O_RDONLY | O_DIRECTORY));
+  if (!descriptor.IsOpen() || ::syncfs(descriptor.Number()) != 0) raise_last_error(folder);
+}
+#else
+bool SystemFileSystem::CanFlushDisk() { return FileSystem::CanFlushDisk(); }
+void SystemFileSystem::FlushDisk(const std::string& folder) { FileSystem::FlushDisk(folder); }
+#endif
+
 std::int64_t SystemFileSystem::LastWriteNanoseconds(const std::string& path) {
   struct stat status = {};
   if (::stat(path.c_str(), &status) != 0) raise_last_error(path);

@@ -68,6 +68,10 @@ class FileSystem {
   virtual void CreateFolder(const std::string& path) = 0;
   /// Returns when the names in the folder are on the disk.
   virtual void FlushFolder(const std::string& path) = 0;
+  /// True when `FlushDisk` is more than the flush of each file.
+  virtual bool CanFlushDisk() { return false; }
+  /// Returns when all that was written to the disk of a folder, to whatever file, is on it.
+  virtual void FlushDisk(const std::string&) {}
   /// Names of the regular files directly in the folder, unsorted.
   virtual std::vector<std::string> List(const std::string& folder) = 0;
   /// False when there is none; raises when it cannot be looked at.

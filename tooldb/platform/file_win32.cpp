@@ -200,6 +200,9 @@ void SystemFileSystem::Rename(const std::string& from, const std::string& to) {
 // Folders cannot be flushed here; the moves above are written through.
 void SystemFileSystem::FlushFolder(const std::string&) {}
 
+bool SystemFileSystem::CanFlushDisk() { return FileSystem::CanFlushDisk(); }
+void SystemFileSystem::FlushDisk(const std::string& folder) { FileSystem::FlushDisk(folder); }
+
 std::int64_t SystemFileSystem::LastWriteNanoseconds(const std::string& path) {
   return FileSystem::LastWriteNanoseconds(path);
 }

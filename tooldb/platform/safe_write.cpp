@@ -89,6 +89,12 @@ class TemporaryFile {
     file_->Close();
   }
 
+  /// The disk has to be flushed before the file is moved.
+  void FillUnflushed(std::string_view text) {
+    file_->Write(text);
+    file_->Close();
+  }
+
   void MoveTo(const std::string& target) {
     file_system().Rename(path_, target);
     moved_ = true;
@@ -99,6 +105,16 @@ class TemporaryFile {
   std::unique_ptr<NewFile> file_;
   bool moved_ = false;
 };
+
+/// Runs a body that writes the stand-in of a file. People know the file that they wanted to write.
+template <class Body>
+void named_after(const std::string& path, Body&& body) {
+  try {
+    body();
+  } catch (const FileError& error) {
+    throw FileError(path, error.reason);
+  }
+}
 
 bool is_left_over(const std::string& folder, const std::string& name) {
   // A process that is still at work does not miss its probe: it is made only to be removed.
@@ -113,14 +129,36 @@ bool is_left_over(const std::string& folder, const std::string& name) {
 }  // namespace
 
 void replace_file(const std::string& path, std::string_view text) {
-  try {
+  named_after(path, [&] {
     TemporaryFile file(folder_of(path));
     file.Fill(text);
     file.MoveTo(path);
-  } catch (const FileError& error) {
-    // People know the file that they wanted to write, not its stand-in.
-    throw FileError(path, error.reason);
+  });
+}
+
+struct PreparedFiles::Prepared {
+  Prepared(const std::string& folder, std::string its_text)
+      : text(std::move(its_text)), file(folder) {
+    file.FillUnflushed(text);
   }
+
+  std::string text;
+  TemporaryFile file;
+};
+
+PreparedFiles::PreparedFiles() = default;
+PreparedFiles::~PreparedFiles() = default;
+
+void PreparedFiles::Write(const std::string& path, std::string text) {
+  named_after(
+      path, [&] { by_path_[path] = std::make_unique<Prepared>(folder_of(path), std::move(text)); });
+}
+
+bool PreparedFiles::Place(const std::string& path, std::string_view text) {
+  const auto entry = by_path_.extract(path);
+  if (entry.empty() || entry.mapped() == nullptr || entry.mapped()->text != text) return false;
+  named_after(path, [&] { entry.mapped()->file.MoveTo(path); });
+  return true;
 }
 
 std::string folder_of(const std::string& path) {

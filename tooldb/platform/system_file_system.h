@@ -20,6 +20,8 @@ class SystemFileSystem final : public FileSystem {
   void Remove(const std::string& path) override;
   void CreateFolder(const std::string& path) override;
   void FlushFolder(const std::string& path) override;
+  bool CanFlushDisk() override;
+  void FlushDisk(const std::string& folder) override;
   std::vector<std::string> List(const std::string& folder) override;
   bool IsFile(const std::string& path) override;
   bool IsFolder(const std::string& path) override;

@@ -1,18 +1,20 @@
 #include "tooldb/file_manager.h"
 
 #include "tooldb/item.h"
-#include "tooldb/model/text.h"
-#include "tooldb/platform/file_name.h"
 #include "tooldb/platform/file_system.h"
 #include "tooldb/platform/guard.h"
 #include "tooldb/platform/safe_write.h"
 #include "tooldb/storage/folder_path.h"
+#include "tooldb/storage/item_file.h"
 #include "tooldb/storage/model_file_copies.h"
 #include "tooldb/util.h"
 
 using tooldb::file_system;
 using tooldb::FileError;
 using tooldb::guarded;
+using tooldb::item_file_name;
+using tooldb::item_file_path;
+using tooldb::item_text;
 using tooldb::path_in;
 
 namespace {
@@ -21,25 +23,6 @@ namespace {
 bool refused(tdbError& error, const std::string& text) {
   error.message = text;
   return false;
-}
-
-std::string file_name(const std::string& code, tdbItem& item) {
-  return tooldb::encoded_code(code) + item.GetFileExt();
-}
-
-/// The path that an item is written to; raises when no such file can be made.
-std::string path_to_write(const std::string& folder, tdbItem& item) {
-  const std::string name = file_name(item.GetCode(), item);
-  if (item.GetCode().empty()) throw FileError(folder, "an item without a code has no file");
-  const std::string_view problem = tooldb::new_file_name_problem(name);
-  if (!problem.empty()) throw FileError(folder + '/' + name, std::string(problem));
-  return path_in(folder, name);
-}
-
-std::string text_of(const tdbItem& item, const std::vector<std::string>& search_paths) {
-  std::string text;
-  item.WriteXml(text, search_paths);
-  return text;
 }
 
 /// Moves a file for its lifetime, unless the move is kept.
@@ -124,7 +107,10 @@ bool tdbFileManager::Delete(tdbError&) { return true; }
 bool tdbFileManager::InsertItem(tdbItem* item, tdbError& error) {
   if (!Available(error) || item == nullptr) return false;
   return guarded(error, false, [&] {
-    tooldb::replace_file(path_to_write(folder_, *item), text_of(*item, search_paths_));
+    const std::string path = item_file_path(folder_, *item);
+    const std::string text = item_text(*item, search_paths_);
+    const bool placed = batch_.prepared != nullptr && batch_.prepared->Place(path, text);
+    if (!placed) tooldb::replace_file(path, text);
     FlushChange();
     return true;
   });
@@ -133,7 +119,7 @@ bool tdbFileManager::InsertItem(tdbItem* item, tdbError& error) {
 bool tdbFileManager::DeleteItem(tdbItem* item, tdbError& error) {
   if (!Available(error) || item == nullptr) return false;
   return guarded(error, false, [&] {
-    const std::string path = path_in(folder_, file_name(item->GetCode(), *item));
+    const std::string path = path_in(folder_, item_file_name(item->GetCode(), *item));
     if (!file_system().IsFile(path)) return true;
     file_system().Remove(path);
     FlushChange();
@@ -155,9 +141,9 @@ bool tdbFileManager::ReadItem(const std::string& name, std::string extension, st
 bool tdbFileManager::UpdateItem(std::string previous_code, tdbItem* item, tdbError& error) {
   if (!Available(error) || item == nullptr) return false;
   return guarded(error, false, [&] {
-    const std::string from = path_in(folder_, file_name(previous_code, *item));
-    const std::string to = path_to_write(folder_, *item);
-    const std::string text = text_of(*item, search_paths_);
+    const std::string from = path_in(folder_, item_file_name(previous_code, *item));
+    const std::string to = item_file_path(folder_, *item);
+    const std::string text = item_text(*item, search_paths_);
     if (from == to) {
       tooldb::replace_file(to, text);
     } else {

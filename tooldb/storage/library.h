@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -116,7 +117,9 @@ class Library {
   std::string NameForCode(const std::string& code) const;
   std::string CodeOf(const std::string& name) const;
   std::string PathOf(const std::string& name) const;
-  /// Reads a file of the folder; null, and reported, on failure.
+  /// Reads a file of the folder; null, and the error filled, on failure.
+  std::unique_ptr<LibraryItem> ReadStored(const std::string& name, tdbError& error);
+  /// The same; reported on failure.
   std::unique_ptr<LibraryItem> ReadStored(const std::string& name);
   /// The same, and made ready for the list.
   std::unique_ptr<LibraryItem> ReadForList(const std::string& name);
@@ -131,7 +134,12 @@ class Library {
   bool AddAll(LibraryItems items);
   bool ImportRead(LibraryItems items, const std::vector<tdbError>& errors,
                   const std::vector<std::string>& codes);
-  bool ExportOne(const std::string& name, tdbFileManager& target);
+  /// Writes the texts of items ahead of their addition.
+  void Prepare(FolderBatch& batch, std::span<const std::unique_ptr<LibraryItem>> items);
+  bool ExportSome(std::span<const std::string> names, tdbFileManager& target);
+  /// @param item  null when `error` says why it could not be read
+  bool ExportOne(const std::string& name, LibraryItem* item, tdbError& error,
+                 tdbFileManager& target);
   /// Flushes the folder after the changes of a batch, and reports when that fails: the changes
   /// stand, but a power cut may undo them.
   void Finish(FolderBatch& batch) const;

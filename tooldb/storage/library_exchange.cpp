@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <iterator>
+
 #include "tooldb/platform/file_system.h"
 #include "tooldb/platform/guard.h"
 #include "tooldb/storage/folder_path.h"
@@ -5,6 +8,18 @@
 #include "tooldb/util.h"
 
 namespace tooldb {
+
+namespace {
+
+/// How many files are written before they are flushed and get their names.
+constexpr std::size_t kItemsAtOnce = 1000;
+
+template <class List>
+auto next_part(const List& list, std::size_t begin) {
+  return std::span(list).subspan(begin, std::min(kItemsAtOnce, list.size() - begin));
+}
+
+}  // namespace
 
 bool Library::Import(const Library& other) {
   if (!Available()) return false;
@@ -46,25 +61,40 @@ bool Library::Export(const std::string& target, const std::string& name,
   const auto names = StoredNames();
   if (!names) return false;
 
+  std::vector<std::string> selected;
+  std::ranges::copy_if(*names, std::back_inserter(selected),
+                       [&](const std::string& stored) { return selection.Has(CodeOf(stored)); });
+
   FolderBatch batch(exported);
   bool all_written = true;
-  for (const std::string& stored : *names) {
-    if (selection.Has(CodeOf(stored))) all_written = ExportOne(stored, exported) && all_written;
+  for (std::size_t begin = 0; begin < selected.size(); begin += kItemsAtOnce) {
+    all_written = ExportSome(next_part(selected, begin), exported) && all_written;
   }
   Finish(batch);
   return all_written;
 }
 
-bool Library::ExportOne(const std::string& name, tdbFileManager& target) {
-  const std::unique_ptr<LibraryItem> item = ReadStored(name);
-  if (item == nullptr) return false;
-  tdbError error;
-  const bool written = guarded(error, false, [&] {
-    if (file_system().IsFile(path_in(target.GetFolder(), name))) {
-      throw tdbError(19, item->GetCode());
-    }
-    return target.InsertItem(item.get(), error);
-  });
+bool Library::ExportSome(std::span<const std::string> names, tdbFileManager& target) {
+  LibraryItems items;
+  std::vector<tdbError> errors(names.size());
+  for (const std::string& name : names) items.push_back(ReadStored(name, errors[items.size()]));
+  FolderBatch batch(target);
+  batch.Prepare(items);
+  bool all_written = true;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    all_written = ExportOne(names[i], items[i].get(), errors[i], target) && all_written;
+  }
+  return all_written;
+}
+
+bool Library::ExportOne(const std::string& name, LibraryItem* item, tdbError& error,
+                        tdbFileManager& target) {
+  const bool written = item != nullptr && guarded(error, false, [&] {
+                         if (file_system().IsFile(path_in(target.GetFolder(), name))) {
+                           throw tdbError(19, item->GetCode());
+                         }
+                         return target.InsertItem(item, error);
+                       });
   if (!written) owner_.Report(error);
   return written;
 }
@@ -72,10 +102,11 @@ bool Library::ExportOne(const std::string& name, tdbFileManager& target) {
 bool Library::AddAll(LibraryItems items) {
   FolderBatch batch(files_);
   bool all_added = true;
-  for (auto& item : items) {
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (i % kItemsAtOnce == 0) Prepare(batch, next_part(items, i));
     tdbError error;
-    if (owner_.Add(*item, error, IfTaken::kReplace)) {
-      item.release();  // NOLINT(bugprone-unused-return-value): the list owns it
+    if (owner_.Add(*items[i], error, IfTaken::kReplace)) {
+      items[i].release();  // NOLINT(bugprone-unused-return-value): the list owns it
     } else {
       owner_.Report(error);
       all_added = false;
@@ -83,6 +114,12 @@ bool Library::AddAll(LibraryItems items) {
   }
   Finish(batch);
   return all_added;
+}
+
+void Library::Prepare(FolderBatch& batch, std::span<const std::unique_ptr<LibraryItem>> items) {
+  if (owner_.IsMemoryOnly()) return;
+  for (const auto& item : items) kind_.prepare(*item);
+  batch.Prepare(items);
 }
 
 bool Library::ImportRead(LibraryItems items, const std::vector<tdbError>& errors,

@@ -89,13 +89,17 @@ std::string Library::PathOf(const std::string& name) const {
   return path_in(files_.GetFolder(), name);
 }
 
-std::unique_ptr<LibraryItem> Library::ReadStored(const std::string& name) {
-  tdbError error;
-  std::unique_ptr<LibraryItem> item = guarded(error, std::unique_ptr<LibraryItem>(), [&] {
+std::unique_ptr<LibraryItem> Library::ReadStored(const std::string& name, tdbError& error) {
+  return guarded(error, std::unique_ptr<LibraryItem>(), [&] {
     const std::string path = PathOf(name);
     if (!file_system().IsFile(path)) throw tdbError(1, path);
     return kind_.read_file(path, {files_.GetSearchPath(), owner_.Components()}, error);
   });
+}
+
+std::unique_ptr<LibraryItem> Library::ReadStored(const std::string& name) {
+  tdbError error;
+  std::unique_ptr<LibraryItem> item = ReadStored(name, error);
   if (item == nullptr) owner_.Report(error);
   return item;
 }
