@@ -1,3 +1,4 @@
+#include <malloc.h>
 #include <sys/wait.h>
 #include <tinyxml2.h>
 #include <unistd.h>
@@ -20,46 +21,62 @@ double import(const std::string& text, int expected) {
   return time;
 }
 
-/// Largest resident size of this process, in bytes.
-std::size_t peak_bytes() {
+/// A size of this process from its status, in bytes.
+std::size_t process_bytes(std::string_view name) {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("VmHWM:")) return std::stoul(line.substr(6)) * 1024;
+    if (line.starts_with(name)) return std::stoul(line.substr(name.size())) * 1024;
   }
-  return 0;
+  throw std::runtime_error("the system does not tell " + std::string(name));
 }
 
-/// Memory of one import beside the tools that it makes, measured in a process of its own.
+/// Lets the largest resident size begin anew.
+void forget_peak() {
+  malloc_trim(0);
+  std::ofstream("/proc/self/clear_refs") << 5;
+}
+
+struct ImportMemory {
+  double beside_tools = 0;
+  double document = 0;
+};
+
+ImportMemory measure_import(int count) {
+  const std::string text = export_document(count);
+  forget_peak();
+  const std::size_t allocated = allocated_bytes();
+  const std::size_t resident = process_bytes("VmRSS:") - text.size();
+  tdbToolDB db("bench", 1);
+  db.ImportFromXml(text.c_str(), {});
+  const std::size_t tools = allocated_bytes() - allocated;
+  return {static_cast<double>(process_bytes("VmHWM:") - resident - tools),
+          static_cast<double>(text.size())};
+}
+
+/// Memory of one import, document included, beside the tools that it makes; measured in a process
+/// of its own.
 Figure import_memory(int count) {
   int channel[2];
   if (pipe(channel) != 0) throw std::runtime_error("no pipe");
   std::fflush(nullptr);
   const pid_t child = fork();
   if (child == 0) {
-    const std::string text = export_document(count);
-    const std::size_t before = allocated_bytes();
-    tdbToolDB db("bench", 1);
-    db.ImportFromXml(text.c_str(), {});
-    const std::size_t models = allocated_bytes() - before;
-    const double figures[2] = {static_cast<double>(peak_bytes() - models),
-                               static_cast<double>(text.size())};
-    const bool sent = write(channel[1], figures, sizeof figures) == sizeof figures;
-    _exit(sent ? 0 : 1);
+    const ImportMemory memory = measure_import(count);
+    _exit(write(channel[1], &memory, sizeof memory) == sizeof memory ? 0 : 1);
   }
   close(channel[1]);
-  double figures[2] = {0, 0};
-  const bool received = read(channel[0], figures, sizeof figures) == sizeof figures;
+  ImportMemory memory;
+  const bool received = read(channel[0], &memory, sizeof memory) == sizeof memory;
   close(channel[0]);
   waitpid(child, nullptr, 0);
   if (!received) throw std::runtime_error("the measuring process failed");
-  Figure figure{.operation = "Peak memory beside the tools / the document",
-                .size = std::to_string(count) + " tools",
-                .ours = figures[0] / 1e6,
-                .floor = figures[1] / 1e6,
-                .goal = 2,
-                .unit = "MB"};
-  figure.ratio = figure.ours / figure.floor;
-  return figure;
+  return {.operation = "Peak memory of an import beside its tools / the document",
+          .size = std::to_string(count) + " tools",
+          .ours = memory.beside_tools / 1e6,
+          .floor = memory.document / 1e6,
+          .ratio = memory.beside_tools / memory.document,
+          .goal = 2,
+          .unit = "MB"};
 }
 
 void append_printed_short(std::string& out, double value) {
