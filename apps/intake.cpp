@@ -195,8 +195,11 @@ class Taker {
 void add_failed_entries(SourceFile& source, IntakeFile& report) {
   for (ImportEntry& entry : source.result.entries) {
     if (entry.tool != nullptr || entry.component != nullptr) continue;
-    report.lines.push_back({Outcome::kRefused, false, "", "", source_within(entry.source, source),
-                            "", std::move(entry.notes)});
+    const bool is_absent =
+        std::ranges::find(entry.notes, NoteKind::kAbsent, &ImportNote::kind) != entry.notes.end();
+    const Outcome outcome = is_absent ? Outcome::kAbsent : Outcome::kRefused;
+    report.lines.push_back(
+        {outcome, false, "", "", source_within(entry.source, source), "", std::move(entry.notes)});
   }
 }
 

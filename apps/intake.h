@@ -14,7 +14,14 @@ class Console;
 class ToolFolder;
 
 /// What became of one entry.
-enum class Outcome { kNew, kSame, kChanged, kUpdated, kRefused };
+enum class Outcome {
+  kNew,
+  kSame,
+  kChanged,
+  kUpdated,
+  kRefused,
+  kAbsent,  ///< the file names another file for it, which is not there
+};
 
 /// One entry of the report.
 struct IntakeLine {

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 
 #include "apps/console.h"
@@ -12,8 +13,8 @@
 namespace tooldb {
 namespace {
 
-constexpr std::array<std::string_view, 5> kOutcomeNames = {"new", "same", "changed", "updated",
-                                                           "refused"};
+constexpr std::array<std::string_view, 6> kOutcomeNames = {"new",     "same",    "changed",
+                                                           "updated", "refused", "absent"};
 
 std::string_view name_of(Outcome outcome) {
   return kOutcomeNames[static_cast<std::size_t>(outcome)];
@@ -73,6 +74,7 @@ std::string summary(const std::vector<IntakeFile>& files) {
   const Totals totals = totals_of(files);
   std::string text = counted(files.size(), "file") + ':';
   for (std::size_t i = 0; i < kOutcomeNames.size(); ++i) {
+    if (i == static_cast<std::size_t>(Outcome::kAbsent) && totals.outcomes[i] == 0) continue;
     text += fmt::format(" {} {},", totals.outcomes[i], kOutcomeNames[i]);
   }
   text += fmt::format(" {} missing", totals.missing);
@@ -106,6 +108,20 @@ nlohmann::ordered_json file_json(const IntakeFile& file) {
           {"entries", entries},         {"missing", file.missing}};
 }
 
+// What the file names and is not there: of no concern to what was taken, unless it is everything.
+void print_absent(const IntakeFile& file, Console& console) {
+  const auto absent = std::ranges::count(file.lines, Outcome::kAbsent, &IntakeLine::outcome);
+  if (absent == 0) return;
+  const std::string text = fmt::format(
+      "{}: {} of the {} that it names are not beside it; put them there and import it again",
+      file.path, absent, counted(file.lines.size(), "tool"));
+  if (static_cast<std::size_t>(absent) == file.lines.size()) {
+    console.Error(text);
+  } else {
+    console.Warn(text);
+  }
+}
+
 void print_errors(const std::vector<IntakeFile>& files, Console& console) {
   for (const IntakeFile& file : files) {
     for (const ImportNote& note : file.notes) {
@@ -120,6 +136,7 @@ void print_errors(const std::vector<IntakeFile>& files, Console& console) {
       console.Error(
           fmt::format("{}: {}: {}", file.path, line.source.empty() ? line.code : line.source, why));
     }
+    print_absent(file, console);
   }
 }
 

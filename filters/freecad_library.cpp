@@ -73,8 +73,8 @@ void LibraryReader::ReadTool(const Json& reference) {
     entry = import_freecad_bit(*bytes, *path);
     if (entry.tool) AddNumber(fields, entry);
   } else {
-    entry.notes.push_back({NoteKind::kFailed, path ? "the bit is not beside the library"
-                                                   : "that is no path of a bit"});
+    entry.notes.push_back(path ? ImportNote{NoteKind::kAbsent, "the bit is not beside the library"}
+                               : ImportNote{NoteKind::kFailed, "that is no path of a bit"});
   }
   entry.source = file_name_ + ": number " + fields.Text("nr") + ", " +
                  (named.empty() ? "without a path" : named);

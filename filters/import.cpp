@@ -13,8 +13,8 @@
 namespace tooldb {
 namespace {
 
-constexpr std::array<std::string_view, 5> kNoteKindNames = {"mapped", "approximated", "kept",
-                                                            "not representable", "failed"};
+constexpr std::array<std::string_view, 6> kNoteKindNames = {
+    "mapped", "approximated", "kept", "not representable", "failed", "absent"};
 
 constexpr std::array<std::string_view, 1> kBitExtensions = {".fctb"};
 constexpr std::array<std::string_view, 1> kLibraryExtensions = {".fctl"};

@@ -25,9 +25,10 @@ enum class NoteKind {
   kKept,              ///< has no place in the model; kept as a parameter of the tool
   kNotRepresentable,  ///< cannot be held at all
   kFailed,            ///< could not be read
+  kAbsent,            ///< lies in a file that is not there
 };
 
-/// "mapped", "approximated", "kept", "not representable", "failed".
+/// "mapped", "approximated", "kept", "not representable", "failed", "absent".
 std::string_view note_kind_name(NoteKind kind);
 
 /// One line of a report.

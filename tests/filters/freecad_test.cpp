@@ -253,7 +253,7 @@ TEST(FreeCadLibrary, ImportsItsBitsAndListsThoseThatAreMissing) {
     if (entry.tool) {
       ++tools;
     } else {
-      EXPECT_TRUE(has_note(entry, NoteKind::kFailed, "not beside the library")) << entry.source;
+      EXPECT_TRUE(has_note(entry, NoteKind::kAbsent, "not beside the library")) << entry.source;
     }
   }
   EXPECT_EQ(tools, 14U);
