@@ -36,6 +36,9 @@ const PathCase kPaths[] = {
     {"SingleFileAmongFolders", {"/far/a.stl__files__", "/lib"}, "/lib/b.stl", "b.stl"},
     {"SingleFileClaimsItsName", {"/far/a.stl__files__", "/lib"}, "/lib/a.stl", "/lib/a.stl"},
     {"KeptAbsolute", {"/lib", "__absfiles__/lib/x"}, "/lib/x/a.stl", "/lib/x/a.stl"},
+    {"KeptAbsoluteAmongFolders", {"__absfiles__/far", "/lib"}, "/lib/a.stl", "a.stl"},
+    {"RelativeIsFoundNowhere", {"__files__/far/a.stl", "__absfiles__/lib"}, "b.stl", "b.stl"},
+    {"EmptyEntryAmongFolders", {"", "/lib"}, "/lib/a.stl", "a.stl"},
     {"OnlyAMarker", {"__files__", "__nosubfolders__", ""}, "/a.stl", "/a.stl"},
     {"Empty", {"/lib"}, "", ""},
 };

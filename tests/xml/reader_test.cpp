@@ -260,12 +260,36 @@ TEST(Components, MembersAreMarkedAndUsesAreNot) {
   EXPECT_FALSE(tool_from(tool_with("<TOOLCOMPONENT CODE='?'/>"))->GetItem(0)->IsComponent());
 }
 
-TEST(Components, ACodeThatIsNotInTheLibraryIsNotedWithTheLine) {
-  const auto tool = tool_from(tool_with("\n<TOOLCOMPONENT CODE='K-9'/>"));
-  ASSERT_EQ(tool->GetErrs().size(), 1U);
-  EXPECT_EQ(tool->GetErrs()[0].code, 21);
-  EXPECT_EQ(tool->GetErrs()[0].message.find("line 2: component \"K-9\""), 0U);
+// What cannot be taken over is left out or empty, and noted on the tool.
+struct NoteCase {
+  const char* name;
+  std::string tool;
+  int code;
+  const char* message;  // its beginning; empty when there is nothing to note
+};
+const NoteCase kNotes[] = {
+    {"MissingComponent", tool_with("\n<TOOLCOMPONENT CODE='K-9'/>"), 21,
+     "line 2: component \"K-9\" is not in the components library"},
+    {"LibraryHolderInAComponent",
+     tool_with("<TOOLCOMPONENT NAME='k'>\n<HOLDER TYPE='FROMCOMPONENTSLIB'><COMPONENT_CODE>K"
+               "</COMPONENT_CODE></HOLDER></TOOLCOMPONENT>"),
+     1, "line 2: a holder inside a component cannot be taken from the library"},
+    {"UnknownElement", tool_with("<DESCR>a</DESCR>\n\n<SPARE/>"), 1,
+     "line 3: the element <SPARE> is not known"},
+    {"OlderPlaceOfTheTool", tool_with("<TRANS>1 2 3</TRANS><QUAT>1 0 0 0</QUAT>"), 0, ""},
+};
+
+class Notes : public testing::TestWithParam<NoteCase> {};
+TEST_P(Notes, NameTheLine) {
+  const auto errors = tool_from(GetParam().tool)->GetErrs();
+  ASSERT_EQ(errors.size(), GetParam().code == 0 ? 0U : 1U);
+  for (const tdbError& error : errors) {
+    EXPECT_EQ(error.code, GetParam().code);
+    EXPECT_EQ(error.message.find(GetParam().message), 0U) << error.message;
+  }
 }
+INSTANTIATE_TEST_SUITE_P(Elements, Notes, testing::ValuesIn(kNotes),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 // Conditions: one element each, the value that it gives, by the milling and the turning reader.
 struct ConditionCase {
