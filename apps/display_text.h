@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -34,18 +35,20 @@ std::string counted(std::size_t count, std::string_view thing);
 /// The file-independent form of names that people type: ASCII letters in lower case.
 std::string lower_text(std::string_view text);
 
-/// The candidate that `word` was probably meant to be; empty when none is close.
-template <class Range>
-std::string_view nearest(std::string_view word, const Range& candidates);
+/// The candidate that `word` was probably meant to be; empty when none is close. `name` is the
+/// member that names a candidate, where it is not a text itself.
+template <class Range, class Name = std::identity>
+std::string_view nearest(std::string_view word, const Range& candidates, Name name = {});
 
 /// Least number of letters to insert, delete, replace or swap to turn one text into the other.
 int edit_distance(std::string_view a, std::string_view b);
 
-template <class Range>
-std::string_view nearest(std::string_view word, const Range& candidates) {
+template <class Range, class Name>
+std::string_view nearest(std::string_view word, const Range& candidates, Name name) {
   std::string_view best;
   int best_distance = static_cast<int>(word.size()) / 3 + 2;
-  for (std::string_view candidate : candidates) {
+  for (const auto& row : candidates) {
+    const std::string_view candidate = std::invoke(name, row);
     const int distance = edit_distance(word, candidate);
     if (distance >= best_distance) continue;
     best = candidate;

@@ -91,7 +91,7 @@ class Album {
   void Step() { progress_.Step(); }
 
   void Finish(const std::string& title) {
-    std::ranges::stable_partition(pictures_, [](const ContactPicture& picture) {
+    std::stable_partition(pictures_.begin(), pictures_.end(), [](const ContactPicture& picture) {
       return picture.file.find('/') == std::string::npos;  // tools before components
     });
     const std::string page = folder_ + '/' + kContactSheet;

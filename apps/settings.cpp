@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 
 #include "apps/command.h"
 #include "apps/condition_slots.h"
@@ -98,7 +97,7 @@ constexpr auto kToolKeys = std::to_array<ToolKey>({
 std::string set_tool_value(tdbTool& tool, const std::string& name, const std::string& value) {
   const auto key = std::ranges::find(kToolKeys, std::string_view(name), &ToolKey::name);
   if (key == kToolKeys.end()) {
-    const auto meant = nearest(name, std::views::transform(kToolKeys, &ToolKey::name));
+    const auto meant = nearest(name, kToolKeys, &ToolKey::name);
     throw UsageError("a tool has no value '" + name + "'" +
                      (meant.empty() ? "" : "; did you mean '" + std::string(meant) + "'?"));
   }
@@ -172,7 +171,7 @@ std::string set_condition(tdbTool& tool, const std::string& name, const std::str
   auto slots = condition_slots(tool);
   const auto slot = std::ranges::find(slots, name, &ConditionSlot::name);
   if (slot == slots.end()) {
-    const auto meant = nearest(name, std::views::transform(slots, &ConditionSlot::name));
+    const auto meant = nearest(name, slots, &ConditionSlot::name);
     throw UsageError(std::string(tool.IsTurningTool() ? "turning" : "milling") +
                      " conditions have no '" + name + "'" +
                      (meant.empty() ? "" : "; did you mean '" + std::string(meant) + "'?"));
