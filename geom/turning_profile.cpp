@@ -94,6 +94,7 @@ std::vector<Polyline> finished(const Rings& rings, const TurningSection& how) {
   }
   std::ranges::stable_sort(by_area, [](const auto& a, const auto& b) { return a.first > b.first; });
   std::vector<Polyline> contours;
+  contours.reserve(by_area.size());
   for (auto& [area, contour] : by_area) contours.push_back(std::move(contour));
   return contours;
 }
