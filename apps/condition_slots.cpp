@@ -41,11 +41,25 @@ constexpr auto row(std::string_view name) {
   return row_of<Get, Set>(name, Get);
 }
 
+// What milling and turning have in common.
+template <class C>
+struct SharedTables {
+  static constexpr auto kFeeds = std::to_array<ValueRow<C>>({
+      row<&C::GetOptimizationCriteria, &C::SetOptimizationCriteria>("optimize.criteria"),
+      row<&C::GetAirCutFeed, &C::SetAirCutFeed>("optimize.feed.air_cut"),
+      row<&C::GetInCutFeedLimit, &C::SetInCutFeedLimit>("optimize.feed.in_cut"),
+      row<&C::GetMaxProgrammedFeed, &C::SetMaxProgrammedFeed>("optimize.feed.max_programmed"),
+      row<&C::GetMinProgrammedFeed, &C::SetMinProgrammedFeed>("optimize.feed.min_programmed"),
+  });
+  static constexpr auto kRanges = std::to_array<QuantityRow<C, tdbVerifyMinMaxQuantity>>(
+      {{"verify.feed", &C::GetVerifyFeed}, {"verify.spindle", &C::GetVerifySpindle}});
+};
+
 template <class C>
 struct Tables;
 
 template <>
-struct Tables<tdbCutCond> {
+struct Tables<tdbCutCond> : SharedTables<tdbCutCond> {
   using C = tdbCutCond;
 
   static constexpr auto kValues = std::to_array<ValueRow<C>>({
@@ -66,14 +80,7 @@ struct Tables<tdbCutCond> {
           "verify.penetration_angle.enabled"),
       row<&C::GetMaxPenetrationAngle, &C::SetMaxPenetrationAngle>(
           "verify.penetration_angle.maximum"),
-      row<&C::GetOptimizationCriteria, &C::SetOptimizationCriteria>("optimize.criteria"),
-      row<&C::GetAirCutFeed, &C::SetAirCutFeed>("optimize.feed.air_cut"),
-      row<&C::GetInCutFeedLimit, &C::SetInCutFeedLimit>("optimize.feed.in_cut"),
-      row<&C::GetMaxProgrammedFeed, &C::SetMaxProgrammedFeed>("optimize.feed.max_programmed"),
-      row<&C::GetMinProgrammedFeed, &C::SetMinProgrammedFeed>("optimize.feed.min_programmed"),
   });
-  static constexpr auto kRanges = std::to_array<QuantityRow<C, tdbVerifyMinMaxQuantity>>(
-      {{"verify.feed", &C::GetVerifyFeed}, {"verify.spindle", &C::GetVerifySpindle}});
   static constexpr auto kAverages = std::to_array<QuantityRow<C, tdbVerifyAvQuantity>>(
       {{"verify.volume_rate", &C::GetVerifyVolumeRate},
        {"verify.chip_thickness", &C::GetVerifyChipThickness},
@@ -87,7 +94,7 @@ struct Tables<tdbCutCond> {
 };
 
 template <>
-struct Tables<tdbTurningCutCond> {
+struct Tables<tdbTurningCutCond> : SharedTables<tdbTurningCutCond> {
   using C = tdbTurningCutCond;
 
   static constexpr auto kValues = std::to_array<ValueRow<C>>({
@@ -98,14 +105,7 @@ struct Tables<tdbTurningCutCond> {
       row<&C::GetEnableDataRecording, &C::SetEnableDataRecording>("data_recording"),
       row<&C::GetNumberOfSamplesToCalcAvg, &C::SetNumberOfSamplesToCalcAvg>("samples"),
       row<&C::GetVerifyAp, &C::SetVerifyAp>("verify.ap.enabled"),
-      row<&C::GetOptimizationCriteria, &C::SetOptimizationCriteria>("optimize.criteria"),
-      row<&C::GetAirCutFeed, &C::SetAirCutFeed>("optimize.feed.air_cut"),
-      row<&C::GetInCutFeedLimit, &C::SetInCutFeedLimit>("optimize.feed.in_cut"),
-      row<&C::GetMaxProgrammedFeed, &C::SetMaxProgrammedFeed>("optimize.feed.max_programmed"),
-      row<&C::GetMinProgrammedFeed, &C::SetMinProgrammedFeed>("optimize.feed.min_programmed"),
   });
-  static constexpr auto kRanges = std::to_array<QuantityRow<C, tdbVerifyMinMaxQuantity>>(
-      {{"verify.feed", &C::GetVerifyFeed}, {"verify.spindle", &C::GetVerifySpindle}});
   static constexpr auto kAverages = std::to_array<QuantityRow<C, tdbVerifyAvQuantity>>(
       {{"verify.volume_rate", &C::GetVerifyVolumeRate},
        {"verify.chip_thickness", &C::GetVerifyChipThickness},
@@ -127,10 +127,8 @@ class Slots {
   template <class C>
   void Add(C& conditions) {
     using T = Tables<C>;
-    for (const auto& r : T::kValues) {
-      list_.push_back({std::string(r.name), r.kind, [&] { return r.get(conditions); },
-                       [&](double value) { r.set(conditions, value); }});
-    }
+    for (const auto& r : T::kValues) AddValue(r, conditions);
+    for (const auto& r : T::kFeeds) AddValue(r, conditions);
     for (const auto& r : T::kRanges) {
       auto& quantity = (conditions.*r.get)();
       AddField(r.name, ".enabled", quantity.enabled);
@@ -155,6 +153,13 @@ class Slots {
   std::vector<ConditionSlot> Take() { return std::move(list_); }
 
  private:
+  template <class C>
+  void AddValue(const ValueRow<C>& row, C& conditions) {
+    list_.push_back({std::string(row.name), row.kind,
+                     [&row, &conditions] { return row.get(conditions); },
+                     [&row, &conditions](double value) { row.set(conditions, value); }});
+  }
+
   template <class T>
   void AddField(std::string_view quantity, std::string_view part, T& field) {
     list_.push_back({std::string(quantity) + std::string(part), kKindOf<T>,
