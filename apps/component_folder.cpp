@@ -44,6 +44,17 @@ tdbToolComponent& ComponentFolder::Require(const std::string& code) {
                 (meant.empty() ? "" : "; did you mean '" + meant + "'?"));
 }
 
+ComponentToEdit ComponentFolder::ReadToEdit(const std::string& code) {
+  // The bytes come first: a change between the two reads is then seen as one.
+  std::string bytes = HasFile(code) ? file_bytes(FilePath(code)) : std::string();
+  database_.Reload({code});
+  return {std::make_unique<tdbToolComponent>(Require(code)), code, std::move(bytes)};
+}
+
+void ComponentFolder::CheckUnchanged(const ComponentToEdit& edited) const {
+  require_unchanged(FilePath(edited.code), edited.bytes);
+}
+
 void ComponentFolder::Write(std::unique_ptr<tdbToolComponent> component) {
   tdbError error;
   if (!database_.AddTool(component.get(), error, true)) {

@@ -12,6 +12,13 @@ namespace tooldb {
 
 inline constexpr const char* kComponentExtension = ".ktcf";
 
+/// A component that was read to be changed.
+struct ComponentToEdit {
+  std::unique_ptr<tdbToolComponent> component;  ///< a copy
+  std::string code;                             ///< of the file that it was read from
+  std::string bytes;                            ///< of that file
+};
+
 /// A folder of library components, all of them read.
 class ComponentFolder {
  public:
@@ -30,6 +37,10 @@ class ComponentFolder {
   tdbToolComponent* Find(const std::string& code);
   /// Raises `Failure`, with the nearest code, when there is none.
   tdbToolComponent& Require(const std::string& code);
+  /// Reads a component afresh to be changed. Raises `Failure`.
+  ComponentToEdit ReadToEdit(const std::string& code);
+  /// Raises `Failure` when the component's file is not as it was when it was read.
+  void CheckUnchanged(const ComponentToEdit& edited) const;
   /// Writes a component; one of the same code is replaced. Raises `Failure`.
   void Write(std::unique_ptr<tdbToolComponent> component);
   /// Deletes a component and its file. Raises `Failure`.

@@ -56,11 +56,12 @@ std::size_t redirect_uses(const ComponentOptions& options, const std::string& co
   if (library.empty()) return 0;
   ToolFolder folder({library, options.folder}, Use::kWrite, console);
   std::size_t changed = 0;
-  for (const auto& tool : folder.ReadAll()) {
-    const auto uses = uses_of(*tool, code);
-    if (uses.empty()) continue;
-    for (tdbToolComponent* use : uses) use->SetCode(new_code);
-    folder.Update(*tool);
+  for (const auto& user : tools_using(options, code, console)) {
+    // Read again: someone else may have changed it while the others were looked at.
+    const ToolToEdit edited = folder.ReadToEdit(user);
+    for (tdbToolComponent* use : uses_of(*edited.tool, code)) use->SetCode(new_code);
+    folder.CheckUnchanged(edited);
+    folder.Update(*edited.tool);
     ++changed;
   }
   return changed;

@@ -115,8 +115,11 @@ std::unique_ptr<tdbToolComponent> copy_as(const tdbToolComponent& component,
 // The old one goes last: whatever stops the change, every tool finds its component.
 void rename(const Options& options, Console& console) {
   ComponentFolder folder(options.place.folder, Use::kWrite, console);
-  folder.Write(copy_as(folder.Require(options.code), options.new_code, folder));
+  folder.Require(options.code);
+  const ComponentToEdit edited = folder.ReadToEdit(options.code);
+  folder.Write(copy_as(*edited.component, options.new_code, folder));
   const std::size_t tools = redirect_uses(options.place, options.code, options.new_code, console);
+  if (!options.force) folder.CheckUnchanged(edited);
   folder.Remove(options.code);
   console.Note(fmt::format("renamed {} to {}; {} changed", options.code, options.new_code,
                            counted(tools, "tool")));
@@ -130,13 +133,15 @@ void clone(const Options& options, Console& console) {
 
 void set(const Options& options, Console& console) {
   ComponentFolder folder(options.place.folder, Use::kWrite, console);
-  auto changed = std::make_unique<tdbToolComponent>(folder.Require(options.code));
+  folder.Require(options.code);
+  ComponentToEdit edited = folder.ReadToEdit(options.code);
   std::vector<std::string> changes;
   for (const auto& setting : options.settings) {
-    changes.push_back(apply_item_setting(*changed, setting));
+    changes.push_back(apply_item_setting(*edited.component, setting));
   }
-  require_storable(*changed);
-  folder.Write(std::move(changed));
+  require_storable(*edited.component);
+  if (!options.force) folder.CheckUnchanged(edited);
+  folder.Write(std::move(edited.component));
   for (const auto& change : changes) console.Note(change);
 }
 
@@ -189,6 +194,7 @@ const Command kSetComponent = {
       const auto more = [](CLI::App& a, Options& o) {
         add_code(a, o);
         a.add_option("ITEM.KEY=VALUE", o.settings, "What to set")->required();
+        add_force_option(a, o.force);
       };
       return declared(app, more, set);
     },
@@ -207,6 +213,7 @@ const Command kRenameComponent = {"rename",
                                     const auto more = [](CLI::App& a, Options& o) {
                                       add_new_code(a, o);
                                       add_library_option(a, o.place);
+                                      add_force_option(a, o.force);
                                     };
                                     return declared(app, more, rename);
                                   },

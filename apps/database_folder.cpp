@@ -18,6 +18,16 @@ std::string file_bytes(const std::string& path) {
   return bytes;
 }
 
+void add_force_option(CLI::App& app, bool& force) {
+  app.add_flag("--force", force, "Write even if the file was changed by someone else meanwhile");
+}
+
+void require_unchanged(const std::string& path, const std::string& bytes) {
+  if (tdbFileUtil::file_exists(path) && file_bytes(path) == bytes) return;
+  throw Failure(path + ": the file was changed since it was read; nothing was written (--force " +
+                "overwrites it)");
+}
+
 std::string code_of_file(const std::string& name) {
   std::string stem;
   tdbFileUtil::get_file_name(name, stem);

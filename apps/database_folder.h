@@ -1,5 +1,6 @@
 #pragma once
 
+#include <CLI/App.hpp>
 #include <string>
 
 #include "apps/command.h"
@@ -21,6 +22,13 @@ std::string file_message(const std::string& file, const tdbError& error);
 
 /// The bytes of a file; raises `Failure`.
 std::string file_bytes(const std::string& path);
+
+/// Adds the option --force of the commands that change what was read.
+void add_force_option(CLI::App& app, bool& force);
+
+/// Raises `Failure` unless the file at `path` still holds `bytes`, which it held when it was read
+/// to be changed.
+void require_unchanged(const std::string& path, const std::string& bytes);
 
 /// The code that a file in a database folder stands for.
 std::string code_of_file(const std::string& name);

@@ -16,10 +16,6 @@ void add_folder_arguments(CLI::App& app, FolderOptions& options) {
       ->type_name("DIR");
 }
 
-void add_force_option(CLI::App& app, bool& force) {
-  app.add_flag("--force", force, "Write even if the file was changed by someone else meanwhile");
-}
-
 ToolFolder::ToolFolder(const FolderOptions& options, Use use, Console& console)
     : console_(console), path_(options.folder), database_("tooldb", 0) {
   open_folder(database_, path_, use);
@@ -117,10 +113,7 @@ ToolToEdit ToolFolder::ReadToEdit(const std::string& code) {
 }
 
 void ToolFolder::CheckUnchanged(const ToolToEdit& edited) const {
-  const std::string path = FilePath(edited.code);
-  if (tdbFileUtil::file_exists(path) && file_bytes(path) == edited.bytes) return;
-  throw Failure(path + ": the file was changed since it was read; nothing was written (--force " +
-                "overwrites it)");
+  require_unchanged(FilePath(edited.code), edited.bytes);
 }
 
 void ToolFolder::AddNew(std::unique_ptr<tdbTool> tool) {

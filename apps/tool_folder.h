@@ -34,9 +34,6 @@ struct FolderOptions {
 /// Adds the argument FOLDER and the option --components.
 void add_folder_arguments(CLI::App& app, FolderOptions& options);
 
-/// Adds the option --force of the commands that change a tool.
-void add_force_option(CLI::App& app, bool& force);
-
 /// A tool that was read to be changed.
 struct ToolToEdit {
   std::unique_ptr<tdbTool> tool;

@@ -38,6 +38,22 @@ TEST_F(ToolFolderTest, NoticesAFileThatChangedSinceItWasRead) {
   EXPECT_THROW(folder.CheckUnchanged(edited), Failure);
 }
 
+TEST_F(ToolFolderTest, NoticesAComponentThatChangedSinceItWasRead) {
+  ComponentFolder folder(path_, Use::kWrite, console_);
+  ComponentFolder other(path_, Use::kWrite, console_);
+  const auto write = [&](const char* name) {
+    other.Write(std::make_unique<tdbToolComponent>(0, name, "C1"));
+  };
+  write("first");
+  EXPECT_EQ(folder.Find("C1"), nullptr) << "it was not there when the folder was opened";
+  const ComponentToEdit edited = folder.ReadToEdit("C1");
+  EXPECT_EQ(edited.component->GetName(), "first");
+  EXPECT_NO_THROW(folder.CheckUnchanged(edited));
+  write("second");
+  EXPECT_THROW(folder.CheckUnchanged(edited), Failure);
+  EXPECT_EQ(folder.ReadToEdit("C1").component->GetName(), "second");
+}
+
 TEST_F(ToolFolderTest, ReadsAFolderThatCannotBeWritten) {
   namespace fs = std::filesystem;
   fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_exec);
