@@ -61,7 +61,7 @@ class TDB_EXPORT tdbToolComponentsDB : public tdbObject {
   tdbToolComponent* GetToolComponent(int position, int source);
   tdbToolComponent* GetToolComponentByCode(const std::string& code, int source);
   void GetTools(std::vector<tdbToolComponent>& out, int source);
-  bool IsToolCodeExists(const std::string& code);
+  bool IsToolCodeExists(const std::string& code);  ///< unencoded, as in `tdbToolDB`
   /// Removes a listed component with its file and deletes it; false when there is none.
   bool RemoveToolComponentByCode(std::string code);
   void RemoveAllToolComponents(bool also_files, int source);

@@ -24,16 +24,16 @@ class tdbToolComponentsDB;
 /// the error callback. Error codes: 19 a file of that code exists, 21 component not found, 22
 /// empty code, otherwise that of the file operation. No exception leaves the library, and one that
 /// a callback raises is dropped. One thread at a time uses a database and its tools.
+/// A file that is written is flushed before it takes its name, and the folder before the operation
+/// returns; imports, `Export` and the removal of all tools flush the folder once, at their end.
+/// Should only that flush fail, the change stands and the error callback hears that a power cut may
+/// undo it. Once written, a tool's modified marks are cleared and its placements are fresh.
 ///
-/// A file that is written is flushed before it takes its name, and the folder is flushed before the
-/// operation returns; `Import`, `ImportFromFile`, `ImportFromXml`, `Export` and the removal of all
-/// tools flush the folder once, at their end. Should only the flush of the folder fail, the change
-/// stands and the error callback hears that a power cut may undo it.
-///
-/// Once its file is written, a tool's modified marks are cleared and its placements are fresh.
-///
-/// Texts are written into the files as they stand: one that holds `<`, `&` or `"` makes the file
-/// unreadable as XML. Guard what people type.
+/// Guard what people type, for three rules lose data. Texts are written as they stand: one with
+/// `<`, `&` or `"` makes the file unreadable. "A/B" and "A{{47}}B" are two codes with one file. And
+/// `AddTool` without `replace` looks for the code unencoded (`IsToolCodeExists`): one with any of
+/// \ / : * ? " < > | is not found, and its file is replaced. A relative folder is looked up from
+/// the current directory at each call, which `tdbFilter` changes.
 class TDB_EXPORT tdbToolDB : public tdbObject {
  public:
   using AllowToolCallback = bool (*)(tdbTool* tool);
