@@ -1,8 +1,5 @@
 #include "operations.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
@@ -142,18 +139,6 @@ std::string read_file(const fs::path& path) {
   return text.str();
 }
 
-void write_flushed(const fs::path& path, const std::string& text) {
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-  require(file >= 0 && write(file, text.data(), text.size()) >= 0 && fsync(file) == 0 &&
-              close(file) == 0,
-          "preparing a file");
-}
-
-void flush_folder(const fs::path& path) {
-  const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  require(folder >= 0 && fsync(folder) == 0 && close(folder) == 0, "flushing a folder");
-}
-
 void note(Faults& faults, int Faults::*kind, const std::string& words) {
   if (faults.Total() == 0) faults.first = words;
   ++(faults.*kind);
@@ -241,11 +226,9 @@ void prepare(const Operation& operation, const fs::path& folder, int count) {
   fs::create_directories(folder);
   for (int i = 0; i < count; ++i) {
     if (operation.before(i) == Stored::kOldText) {
-      write_flushed(folder / (old_code(i) + ".ktf"), text_of(i, 0));
+      std::ofstream(folder / (old_code(i) + ".ktf"), std::ios::binary) << text_of(i, 0);
     }
   }
-  flush_folder(folder);
-  flush_folder(folder.parent_path());
 }
 
 Faults verify(const Operation& operation, const fs::path& folder, int count, int acknowledged) {

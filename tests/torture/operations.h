@@ -35,7 +35,7 @@ struct Operation {
 const std::vector<Operation>& operations();
 const Operation* find_operation(std::string_view name);
 
-/// Makes the folder as it is before the change; its files are flushed.
+/// Makes the folder as it is before the change; nothing is flushed.
 void prepare(const Operation& operation, const std::filesystem::path& folder, int count);
 
 /// What went wrong, counted.
