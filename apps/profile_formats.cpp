@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 #include "apps/command.h"
 #include "apps/tool_json.h"
@@ -19,13 +20,22 @@ std::string csv_cell(const std::string& text) {
   return cell + '"';
 }
 
+// Twelve digits: more than any machine can cut, and where the sines of all systems are the same.
+double rounded(double value) {
+  std::array<char, 32> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                 std::chars_format::general, 12);
+  std::from_chars(digits.data(), end.ptr, value);
+  return value + 0.0;
+}
+
 std::string csv_text(const std::vector<Body>& bodies) {
   std::string out = "item,contour,x,y\n";
   for (const Body& body : bodies) {
     for (std::size_t i = 0; i < body.contours.size(); ++i) {
       for (const auto& point : body.contours[i]) {
-        out += fmt::format("{},{},{},{}\n", csv_cell(body.item->GetName()), i + 1, point.x + 0.0,
-                           point.y + 0.0);
+        out += fmt::format("{},{},{},{}\n", csv_cell(body.item->GetName()), i + 1, rounded(point.x),
+                           rounded(point.y));
       }
     }
   }
@@ -36,7 +46,8 @@ nlohmann::ordered_json contours_json(const Body& body) {
   auto contours = nlohmann::ordered_json::array();
   for (const Contour& contour : body.contours) {
     auto& points = contours.emplace_back(nlohmann::ordered_json::array());
-    for (const auto& p : contour) points.push_back({number_json(p.x), number_json(p.y)});
+    for (const auto& p : contour)
+      points.push_back({number_json(rounded(p.x)), number_json(rounded(p.y))});
   }
   return contours;
 }
@@ -44,8 +55,8 @@ nlohmann::ordered_json contours_json(const Body& body) {
 nlohmann::ordered_json matrix_json(const Transformation<double>& m) {
   auto rows = nlohmann::ordered_json::array();
   for (int i = 0; i < 4; ++i) {
-    rows.push_back(
-        {number_json(m(i, 0)), number_json(m(i, 1)), number_json(m(i, 2)), number_json(m(i, 3))});
+    auto& row = rows.emplace_back(nlohmann::ordered_json::array());
+    for (int j = 0; j < 4; ++j) row.push_back(number_json(rounded(m(i, j))));
   }
   return rows;
 }
