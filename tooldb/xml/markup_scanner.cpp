@@ -96,11 +96,11 @@ MarkupScanner::Reading MarkupScanner::ReadNext(std::size_t at) const {
 }
 
 MarkupError MarkupScanner::Explained(const Reading& reading) const {
-  const auto& [tag, fault] = reading;
+  const Tag& tag = reading.tag;
   const auto error = [&](std::string what) {
     return MarkupError{tag.begin, tag.begin + 1, std::move(what)};
   };
-  switch (fault) {
+  switch (reading.fault) {
     case Fault::kSpecial:
       return {tag.begin, text_.size(),
               std::string(special_at(text_.substr(tag.begin))->what) + " is not closed"};
