@@ -47,7 +47,7 @@ double look_up_each(const std::filesystem::path& folder, int count) {
 }  // namespace
 
 std::vector<Figure> bench_read(const Options& options) {
-  const int small = options.quick ? 1000 : 10000;
+  const int small = options.quick ? 300 : 10000;
   const int large = 10 * small;
   const ScratchFolder scratch(options);
   const auto small_folder = scratch.Path() / "small";

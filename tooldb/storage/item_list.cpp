@@ -9,6 +9,11 @@
 
 namespace tooldb {
 
+void ItemList::Node::SetKey(std::string its_key, const std::string& code) {
+  key = std::move(its_key);
+  is_code = key == code;
+}
+
 void ItemList::Node::Hold(Item& its_item) {
   item.reset(&its_item);
   Watch(its_item);
@@ -20,7 +25,7 @@ std::unique_ptr<ItemList::Item> ItemList::Node::Release() {
 }
 
 void ItemList::Node::OnCodeChange(tdbObject&, const std::string& code) {
-  list.ChangeKey(*this, comparable_code(code));
+  list.ChangeKey(*this, code);
 }
 
 ItemList::~ItemList() {
@@ -52,8 +57,9 @@ std::vector<ItemList::Item*> ItemList::Snapshot() const {
 }
 
 void ItemList::Append(Item& item) {
-  Node& node = nodes_.emplace_back(*this, comparable_code(item.GetCode()));
+  Node& node = nodes_.emplace_back(*this);
   try {
+    node.SetKey(comparable_code(item.GetCode()), item.GetCode());
     by_key_.emplace(node.key, &node);
   } catch (...) {
     nodes_.pop_back();
@@ -85,19 +91,18 @@ std::unique_ptr<ItemList::Item> ItemList::Take(const Item& item) {
 
 std::unique_ptr<ItemList::Item> ItemList::Replace(const Item& old, std::unique_ptr<Item> fresh) {
   Node& node = NodeOf(old);
-  ChangeKey(node, comparable_code(fresh->GetCode()));
+  ChangeKey(node, fresh->GetCode());
   std::unique_ptr<Item> taken = node.Release();
   node.Hold(*fresh.release());
   return taken;
 }
 
 ItemList::Item* ItemList::FindCode(const std::string& code) const {
-  return FirstWithKey(comparable_code(code),
-                      [&](const Item& item) { return item.GetCode() == code; });
+  return FirstWithKey(comparable_code(code), [&](const Node& node) { return node.HasCode(code); });
 }
 
 ItemList::Item* ItemList::FindComparable(std::string_view comparable) const {
-  return FirstWithKey(comparable, [](const Item&) { return true; });
+  return FirstWithKey(comparable, [](const Node&) { return true; });
 }
 
 void ItemList::Sort(Sorter sort) {
@@ -127,9 +132,10 @@ ItemList::Index::iterator ItemList::EntryOf(const Node& node) {
 }
 
 // Moves the entry, which takes no memory, so that nothing fails half-way.
-void ItemList::ChangeKey(Node& node, std::string key) {
+void ItemList::ChangeKey(Node& node, const std::string& code) {
+  std::string key = comparable_code(code);
   auto entry = by_key_.extract(EntryOf(node));
-  node.key = std::move(key);
+  node.SetKey(std::move(key), code);
   entry.key() = node.key;
   by_key_.insert(std::move(entry));
 }
@@ -139,11 +145,11 @@ ItemList::Item* ItemList::FirstWithKey(std::string_view key, Accept&& accept) co
   const auto [first, last] = by_key_.equal_range(key);
   Item* found = nullptr;
   for (auto entry = first; entry != last; ++entry) {
-    if (!accept(*entry->second->item)) continue;
+    if (!accept(*entry->second)) continue;
     if (found != nullptr) {
       // Of several, the list tells which comes first.
-      return std::ranges::find_if(
-                 nodes_, [&](const Node& node) { return node.key == key && accept(*node.item); })
+      return std::ranges::find_if(nodes_,
+                                  [&](const Node& node) { return node.key == key && accept(node); })
           ->item.get();
     }
     found = entry->second->item.get();

@@ -58,7 +58,12 @@ class ItemList final {
 
   /// A listed item.
   struct Node final : CodeWatcher {
-    Node(ItemList& its_list, std::string its_key) : list(its_list), key(std::move(its_key)) {}
+    explicit Node(ItemList& its_list) : list(its_list) {}
+    /// Takes the comparable form of a code as its key.
+    void SetKey(std::string its_key, const std::string& code);
+    bool HasCode(const std::string& code) const {
+      return is_code ? key == code : item->GetCode() == code;
+    }
     void Hold(Item& its_item);
     /// The item is no longer watched.
     void Leave() { Unwatch(*item); }
@@ -67,6 +72,7 @@ class ItemList final {
 
     ItemList& list;
     std::string key;
+    bool is_code = false;  ///< the key is the item's code as it stands
     std::unique_ptr<Item> item;
     Nodes::iterator place;
   };
@@ -76,7 +82,7 @@ class ItemList final {
   /// The node of an item; null when it is not listed here.
   Node* Find(const tdbObject& item) const;
   Index::iterator EntryOf(const Node& node);
-  void ChangeKey(Node& node, std::string key);
+  void ChangeKey(Node& node, const std::string& code);
   void ForgetPosition() { last_asked_ = {0, nodes_.begin()}; }
   template <class Accept>
   Item* FirstWithKey(std::string_view key, Accept&& accept) const;

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <limits>
+#include <type_traits>
 
 #include "tooldb/model/text.h"
 #include "tooldb/tool.h"
@@ -77,17 +78,22 @@ void sort_by(std::vector<tdbCompositeItem*>& items) {
   std::vector<Keyed<Key>> rows;
   rows.reserve(items.size());
   for (tdbCompositeItem* item : items) rows.push_back({key_of(*item), item});
-  merge_sort(rows);
+  if constexpr (std::is_same_v<Key, CodeKey>) {
+    merge_sort(rows);
+  } else if (!std::ranges::is_sorted(rows, {}, &Keyed<Key>::key)) {
+    std::ranges::stable_sort(rows, {}, &Keyed<Key>::key);
+  }
   std::ranges::transform(rows, items.begin(), &Keyed<Key>::item);
 }
 
 CodeKey code_key(const tdbCompositeItem& item) { return CodeKey(item.GetCode()); }
 int type_key(const tdbCompositeItem& item) { return item.GetType(); }
 
-/// What a member function of the tool answers.
+/// What a member function of the tool answers. What is no number counts as the largest.
 template <auto Get>
 auto key(const tdbCompositeItem& item) {
-  return (static_cast<const tdbTool&>(item).*Get)();
+  const auto value = (static_cast<const tdbTool&>(item).*Get)();
+  return value == value ? value : std::numeric_limits<decltype(value + 0)>::infinity();
 }
 
 std::string_view description_key(const tdbCompositeItem& item) {
