@@ -85,7 +85,9 @@ class Dimensions {
       const PaperPoint edge = view_.Paper({RadiusAt(height), height});
       sheet_.Line("extension", {edge.x + kOffset, edge.y}, {column + kOverhang, edge.y});
     }
-    const std::string text = shown_number(length.span.Size()) + "  " + length.meaning;
+    // Outlines are written with six digits; what lies beyond is no one's dimension.
+    const double rounded = std::round(length.span.Size() * 1e5) / 1e5;
+    const std::string text = shown_number(rounded) + "  " + length.meaning;
     const double size = low.y - high.y;
     DrawArrowed(low, high, size);
     const double room = text_width(text, kTextHeight);

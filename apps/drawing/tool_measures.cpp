@@ -107,7 +107,7 @@ void add_cutter_diameters(const Body& body, std::vector<DiameterMeasure>& out) {
   bool has_cutting = false;
   double cutting_low = -INFINITY;
   for (const tdbDimension& d : tdbProfile::GetDimensions(*body.item)) {
-    if (d.kind != Kind::kDiameter || !(d.value > 0)) continue;
+    if (d.kind != Kind::kDiameter || !(d.value > kSame)) continue;
     const double radius = d.value / 2;
     Extent heights = heights_at(body, radius);
     const bool is_cutting = d.name == "DIAMETER";
@@ -359,7 +359,9 @@ std::string dimension_value(const tdbDimension& d) {
 }
 
 std::string dimension_text(const tdbDimension& d) {
-  if (d.kind == Kind::kChoice || (d.kind != Kind::kText && !(d.value != 0))) return {};
+  // A tip that is a point may be kept as a diameter of next to nothing.
+  const bool is_point = d.kind == Kind::kDiameter && std::abs(d.value) < kSame;
+  if (d.kind == Kind::kChoice || is_point || (d.kind != Kind::kText && !(d.value != 0))) return {};
   const std::string value = dimension_value(d);
   return value.empty() ? "" : d.meaning + "  " + value;
 }
