@@ -154,6 +154,23 @@ TEST_F(ToolDb, BearsACallbackThatEmptiesTheList) {
   EXPECT_EQ(db_.GetToolCount(1), 0);
 }
 
+TEST(RelativeFolder, IsReportedAfterTheCurrentFolderHasChanged) {
+  namespace fs = std::filesystem;
+  const ScratchFolder scratch;
+  const fs::path previous = fs::current_path();
+  fs::current_path(scratch.MakeFolder("here"));
+  WatchedTools db;
+  EXPECT_TRUE(db.Create("lib"));
+  EXPECT_NE(add_tool(db, "T1"), nullptr);
+  fs::current_path(scratch.MakeFolder("elsewhere"));
+  EXPECT_EQ(add_tool(db, "T2"), nullptr);
+  EXPECT_TRUE(db.HasReported());
+  EXPECT_THAT(scratch.Files(), ElementsAre(Key("here/lib/T1.ktf")));
+  fs::current_path(scratch.Path("here"));
+  EXPECT_NE(add_tool(db, "T2"), nullptr);
+  fs::current_path(previous);
+}
+
 // ---- adding, removing, renaming ----
 
 TEST_F(ToolDb, StoresUnderTheEncodedCode) {
