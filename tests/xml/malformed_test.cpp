@@ -44,6 +44,8 @@ const BrokenCase kBroken[] = {
     {"QuoteInName", "<TOOL NAME=\"6\" mill\">", "broken attribute in the tag <TOOL>"},
     {"NoQuotes", "<TOOL NAME=a/>", "broken attribute"},
     {"NoValue", "<TOOL NAME/>", "broken attribute"},
+    {"AttributeTwice", "\n<TOOL NAME='a' NAME='b'/>",
+     "line 2: the XML cannot be parsed (XML_ERROR_PARSING_ATTRIBUTE)"},
     {"ValueNotClosed", "<TOOL NAME='a/>", "broken attribute"},
     {"StrayInTag", "<TOOL NAME='a' ;>", "stray character in the tag <TOOL>"},
     {"LessInText", "<TOOL NAME='a'><DESCR>a < 5</DESCR></TOOL>", "begins no tag"},
