@@ -136,6 +136,7 @@ std::vector<Polyline> closed_outer_rings(const Paths& paths, const Grid& grid) {
   }
   std::ranges::stable_sort(by_area, [](const auto& a, const auto& b) { return a.first > b.first; });
   std::vector<Polyline> rings;
+  rings.reserve(by_area.size());
   for (auto& [area, ring] : by_area) rings.push_back(std::move(ring));
   return rings;
 }
