@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
@@ -20,6 +21,7 @@ struct Shortage {
   long fails = -1;       ///< the one that fails, the first being 0; negative for none
 };
 Shortage shortage;
+std::atomic<long> blocks_in_use = 0;
 
 bool allocation_fails() {
   if (!shortage.inside || shortage.fails < 0) return false;
@@ -30,17 +32,29 @@ bool allocation_fails() {
 void* allocate(std::size_t size) {
   void* const memory = allocation_fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
+  ++blocks_in_use;
   return memory;
+}
+
+void release(void* memory) {
+  if (memory == nullptr) return;
+  --blocks_in_use;
+  std::free(memory);
 }
 
 }  // namespace
 
 void* operator new(std::size_t size) { return allocate(size); }
 void* operator new[](std::size_t size) { return allocate(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept { release(memory); }
+void operator delete[](void* memory) noexcept { release(memory); }
+void operator delete(void* memory, std::size_t) noexcept { release(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { release(memory); }
+
+/// Tells a leak checker of the one that is known, see `kOffset`.
+extern "C" const char* __lsan_default_suppressions() {  // NOLINT(*-reserved-identifier)
+  return "leak:ClipperLib\n";
+}
 
 namespace tooldb {
 namespace {
@@ -72,6 +86,9 @@ bool answered(World& world, void (*draw)(tdbTool& mill, tdbToolCutter& cutter)) 
   world.Call([&] { draw(*mill, cutter); });
   return true;
 }
+
+/// Clipper, which makes offsets, loses a block when it finds no memory for the next.
+constexpr std::string_view kOffset = "Offset";
 
 /// Calls besides those of the databases on the disk; none of them changes a file.
 constexpr Operation kMoreCalls[] = {
@@ -181,14 +198,18 @@ constexpr Operation kMoreCalls[] = {
          tdbMakeAptMillShank(&shank, 10, 20);
        });
      }},
-    {"OffsetAndInsert", Need::kRead,
+    {"Insert", Need::kRead,
      [](World& world) {
-       static const std::vector<Point2d<double>> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
        return answered(world, [](tdbTool&, tdbToolCutter&) {
-         tdbProfile::OffsetProfile2(square, 1);
          std::string contour;
          tdbProfile::CreateInsertProfile({.inscribedCircle = 12.7, .cornerRadius = 0.8}, contour);
        });
+     }},
+    {kOffset, Need::kRead,
+     [](World& world) {
+       static const std::vector<Point2d<double>> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+       return answered(world,
+                       [](tdbTool&, tdbToolCutter&) { tdbProfile::OffsetProfile2(square, 1); });
      }},
 };
 
@@ -226,17 +247,29 @@ class ShortOfMemory : public testing::TestWithParam<Operation> {
     return reached;
   }
 
+  /// The same twice, of which the second may not leave a block behind: what the first one keeps may
+  /// be there for good.
+  bool RunWithoutLeak(long n, bool lasting) {
+    const long before = blocks_in_use;
+    const bool reached = RunFailing(n, lasting);
+    if (blocks_in_use == before || GetParam().name == kOffset) return reached;
+    const long again = blocks_in_use;
+    RunFailing(n, lasting);
+    EXPECT_EQ(blocks_in_use, again) << "allocation " << n << " leaks";
+    return reached;
+  }
+
   Files before_;
   Files aim_;
 };
 
 TEST_P(ShortOfMemory, OnceLosesNothing) {
-  for (long n = 0; RunFailing(n, false) && !HasFailure(); ++n) {
+  for (long n = 0; RunWithoutLeak(n, false) && !HasFailure(); ++n) {
   }
 }
 
 TEST_P(ShortOfMemory, ForEverAfterLosesNothing) {
-  for (long n = 0; RunFailing(n, true) && !HasFailure(); ++n) {
+  for (long n = 0; RunWithoutLeak(n, true) && !HasFailure(); ++n) {
   }
 }
 

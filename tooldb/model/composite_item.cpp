@@ -33,7 +33,8 @@ tdbCompositeItem& tdbCompositeItem::operator=(const tdbCompositeItem& other) {
   if (this == &other) return *this;
   // Cloned first: `other` may hang below this item.
   std::vector<std::unique_ptr<tdbItem>> clones;
-  for (const auto& child : other.Children()) clones.emplace_back(child->Clone());
+  for (const auto& child : other.Children())
+    clones.push_back(std::unique_ptr<tdbItem>(child->Clone()));
   tdbItem::operator=(other);
   children_.clear();
   empty_places_ = 0;

@@ -115,7 +115,7 @@ std::vector<tdbToolComponent*> component_uses(tdbCompositeItem& root) {
 void load_members(tdbToolComponent& use, const tdbToolComponent& definition) {
   std::vector<std::unique_ptr<tdbItem>> members;
   for (unsigned i = 0; i < definition.GetItemCount(); ++i) {
-    members.emplace_back(definition.GetItem(i)->Clone());
+    members.push_back(std::unique_ptr<tdbItem>(definition.GetItem(i)->Clone()));
   }
   std::vector<Attachment> attachments = detach(use);
   use.RemoveItems(false);

@@ -25,7 +25,7 @@ bool Library::Import(const Library& other) {
   if (!Available()) return false;
   LibraryItems copies;
   for (const LibraryItem* item : other.list_.Snapshot()) {
-    copies.emplace_back(static_cast<LibraryItem*>(item->Clone()));
+    copies.push_back(std::unique_ptr<LibraryItem>(static_cast<LibraryItem*>(item->Clone())));
   }
   return AddAll(std::move(copies));
 }

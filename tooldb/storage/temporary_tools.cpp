@@ -11,6 +11,14 @@ namespace {
 /// The mark of a placeholder tool.
 constexpr long kTemporaryFlag = 1;
 
+/// Gives the tool a new part of that type.
+template <class Part>
+void give(tdbTool& tool, void (tdbTool::*add)(Part*), int type) {
+  auto part = std::make_unique<Part>(type);
+  (tool.*add)(part.get());
+  static_cast<void>(part.release());
+}
+
 /// Fills a new tool with `fill` and adds it; null, and reported, when that fails.
 template <class Fill>
 tdbTool* added(tdbToolDB* db, const std::string& code, int type, Fill&& fill) {
@@ -30,15 +38,15 @@ tdbTool* added(tdbToolDB* db, const std::string& code, int type, Fill&& fill) {
 
 tdbTool* tdbAddTempMillTool(tdbToolDB* db, std::string code) {
   return added(db, code, 0, [](tdbTool& tool) {
-    tool.AddCutter(new tdbToolCutter(5));
-    tool.AddShank(new tdbToolShank(2));
+    give(tool, &tdbTool::AddCutter, 5);
+    give(tool, &tdbTool::AddShank, 2);
   });
 }
 
 tdbTool* tdbAddTempTurnTool(tdbToolDB* db, std::string code) {
   return added(db, code, 3, [](tdbTool& tool) {
-    tool.AddCutter(new tdbToolCutter(8));
-    tool.AddShank(new tdbToolShank(5));
-    tool.AddHolder(new tdbToolHolder(4));
+    give(tool, &tdbTool::AddCutter, 8);
+    give(tool, &tdbTool::AddShank, 5);
+    give(tool, &tdbTool::AddHolder, 4);
   });
 }
