@@ -81,6 +81,7 @@ int run_command(const Call& call, Console& console) {
     throw UsageError("tooldb " + call.path + "needs a command");
   }
   CLI::App app;
+  app.allow_windows_style_options(false);  // "/lib" is a path on every system
   app.set_help_flag();
   const Action action = call.command->declare(app);
   try {
