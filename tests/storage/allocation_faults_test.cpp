@@ -29,10 +29,15 @@ bool allocation_fails() {
   return number == shortage.fails || (shortage.lasting && number > shortage.fails);
 }
 
-void* allocate(std::size_t size) {
+void* allocate_or_null(std::size_t size) {
   void* const memory = allocation_fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (memory != nullptr) ++blocks_in_use;
+  return memory;
+}
+
+void* allocate(std::size_t size) {
+  void* const memory = allocate_or_null(size);
   if (memory == nullptr) throw std::bad_alloc();
-  ++blocks_in_use;
   return memory;
 }
 
@@ -46,6 +51,12 @@ void release(void* memory) {
 
 void* operator new(std::size_t size) { return allocate(size); }
 void* operator new[](std::size_t size) { return allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate_or_null(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate_or_null(size);
+}
 void operator delete(void* memory) noexcept { release(memory); }
 void operator delete[](void* memory) noexcept { release(memory); }
 void operator delete(void* memory, std::size_t) noexcept { release(memory); }
