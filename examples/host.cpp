@@ -56,7 +56,7 @@ class HostScene : public kinSceneManager {
     ++shapes_;
     return new HostShape(triangles);
   }
-  int shapes() const { return shapes_; }
+  int ShapeCount() const { return shapes_; }
 
  private:
   int shapes_ = 0;
@@ -115,5 +115,5 @@ int main(int argc, char** argv) {
     std::cout << tool->GetCode() << '\n';
     tool->Visit(show_item, &collector);
   }
-  std::cout << scene.shapes() << " shapes made\n";
+  std::cout << scene.ShapeCount() << " shapes made\n";
 }
