@@ -29,7 +29,9 @@ using torture::Faults;
 using torture::Operation;
 using torture::start;
 
-constexpr int kTools = 6;     // few, so that a kill falls into every part of a change
+// Few, so that a kill falls into every part of a change, but enough for an import to flush the
+// files at a stroke.
+constexpr int kTools = 10;
 constexpr int kFewTools = 2;  // where every call is met in turn
 
 /// One change to be disturbed.
