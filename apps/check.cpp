@@ -40,8 +40,9 @@ void check_tool(ToolFolder& folder, const std::string& name, Findings& findings)
     return findings.Add(rule::kUnreadable, path, line_in(error.message), error.message);
   }
   const CheckedFile file = checked_file(path);
-  check_contents(*tool, file, findings);
-  check_assembly(*tool, file, findings);
+  const std::vector<Body> bodies = bodies_of(*tool, fine_tolerance(*tool));
+  check_contents(*tool, bodies, file, findings);
+  check_assembly(*tool, bodies, file, findings);
 }
 
 void check_component(ComponentFolder& folder, const std::string& name, Findings& findings) {
@@ -53,7 +54,8 @@ void check_component(ComponentFolder& folder, const std::string& name, Findings&
     return findings.Add(rule::kUnreadable, path, line_in(error.message), error.message);
   }
   component->SetItemComponent(true);
-  check_contents(*component, checked_file(path), findings);
+  const std::vector<Body> bodies = bodies_of(*component, fine_tolerance(*component));
+  check_contents(*component, bodies, checked_file(path), findings);
 }
 
 void check_folder(const Options& options, const std::string& path, Counts& counts,

@@ -28,12 +28,10 @@ std::string named(const Part& part) { return "'" + part.body->item->GetName() + 
 // The parts of a turned tool, one above the other.
 class Assembly {
  public:
-  Assembly(tdbTool& tool, const CheckedFile& file, Findings& findings)
-      : file_(file),
-        findings_(findings),
-        tolerance_(fine_tolerance(tool)),
-        bodies_(bodies_of(tool, tolerance_)) {
-    for (const Body& body : bodies_) {
+  Assembly(const std::vector<Body>& bodies, double tolerance, const CheckedFile& file,
+           Findings& findings)
+      : file_(file), findings_(findings), tolerance_(tolerance) {
+    for (const Body& body : bodies) {
       const bool counts = body.is_revolved && !body.contours.empty() && body.IsAlongAxis();
       if (counts) parts_.push_back({&body, axial_extent(body)});
     }
@@ -123,7 +121,6 @@ class Assembly {
   const CheckedFile& file_;
   Findings& findings_;
   double tolerance_;
-  std::vector<Body> bodies_;
   std::vector<Part> parts_;
   double slack_ = 0;
 };
@@ -142,11 +139,12 @@ void check_depth_of_cut(tdbTool& tool, const CheckedFile& file, Findings& findin
 
 }  // namespace
 
-void check_assembly(tdbTool& tool, const CheckedFile& file, Findings& findings) {
+void check_assembly(tdbTool& tool, const std::vector<Body>& bodies, const CheckedFile& file,
+                    Findings& findings) {
   if (tool.GetCutterCount() == 0) {
     findings.Add(rule::kNoCutter, file.path, 0, "the tool has no cutter");
   }
-  Assembly(tool, file, findings).Check();
+  Assembly(bodies, fine_tolerance(tool), file, findings).Check();
   check_depth_of_cut(tool, file, findings);
 }
 

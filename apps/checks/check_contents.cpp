@@ -77,12 +77,13 @@ bool has_missing_model(const tdbItem& item) {
 
 }  // namespace
 
-void check_contents(tdbCompositeItem& root, const CheckedFile& file, Findings& findings) {
+void check_contents(tdbCompositeItem& root, const std::vector<Body>& bodies,
+                    const CheckedFile& file, Findings& findings) {
   check_texts(root, file, findings);
   check_parameter_names(root, file, findings);
   check_references(root, file, findings);
   for (const TreeItem& entry : items_below(root)) check_model(*entry.item, file, findings);
-  for (const Body& body : bodies_of(root, fine_tolerance(root))) {
+  for (const Body& body : bodies) {
     const bool is_known = has_missing_model(*body.item);
     // What belongs to a library component is reported with the component.
     const bool is_elsewhere = body.item->IsComponent() && !root.IsComponent();

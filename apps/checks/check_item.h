@@ -2,7 +2,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "apps/bodies.h"
 #include "apps/checks/finding.h"
 
 class tdbCompositeItem;
@@ -17,9 +19,13 @@ struct CheckedFile {
 };
 
 /// What a tool or component holds: texts, parameter names, references, model files, outlines.
-void check_contents(tdbCompositeItem& root, const CheckedFile& file, Findings& findings);
+/// @param bodies  its bodies at their fine tolerance
+void check_contents(tdbCompositeItem& root, const std::vector<Body>& bodies,
+                    const CheckedFile& file, Findings& findings);
 
 /// How the bodies of a tool fit together; its placements must be up to date.
-void check_assembly(tdbTool& tool, const CheckedFile& file, Findings& findings);
+/// @param bodies  its bodies at their fine tolerance
+void check_assembly(tdbTool& tool, const std::vector<Body>& bodies, const CheckedFile& file,
+                    Findings& findings);
 
 }  // namespace tooldb
