@@ -62,6 +62,7 @@ class TDB_EXPORT tdbFileManager {
   struct Batch {
     Batch() = default;
     Batch(const Batch&) {}
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is taken from the other
     Batch& operator=(const Batch&) { return *this; }
 
     int open = 0;
