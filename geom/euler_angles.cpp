@@ -131,7 +131,7 @@ Transformation<double> join_zyx(const EulerAngles& angles, const Vec3d<double>& 
   const double sin_y = sin_degrees(angles.y);
   if (cos_y != 0) {
     set_columns(m, angles, cos_y);
-  } else if (angles.z == 0) {
+  } else if (std::remainder(angles.z, 360) == 0) {
     set_upright_columns(m, sin_y, angles.x);
   } else {
     // A Z angle beside a right angle about Y means that the rotation was split just off it; this

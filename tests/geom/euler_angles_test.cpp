@@ -109,8 +109,9 @@ void expect_fixed(const Matrix& m) {
 }
 
 TEST(EulerRoundTrip, HoldsOnAGridWithRightAnglesAndTinyOnes) {
-  const std::vector<double> grid = {-180, -179.999, -90,  -89.9999, -30, -1e-7, -1e-20, -0.0, 0,
-                                    1e-9, 1e-5,     12.5, 45,       60,  90,    120,    180};
+  const std::vector<double> grid = {-360,   -180, -179.999, -90,  -89.9999, -30,  -1e-7,
+                                    -1e-20, -0.0, 0,        1e-9, 1e-5,     12.5, 45,
+                                    60,     90,   120,      180,  360};
   for (const double z : grid)
     for (const double y : grid)
       for (const double x : grid) {
