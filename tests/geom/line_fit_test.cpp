@@ -7,56 +7,48 @@
 
 #include "geom/euler_angles.h"
 #include "geom/transform.h"
-#include "tests/geom/row_name.h"
+#include "tests/geom/points_text.h"
 
 namespace tooldb {
 namespace {
 
 struct LineCase {
-  const char* name;
-  std::vector<Vec2> points;
+  std::string_view points;
   Vec2 point, direction;
   double deviation;
 };
-const double kDiagonal = std::sqrt(0.5);
 const LineCase kLines[] = {
-    {"TwoPoints", {{1, 1}, {4, 5}}, {2.5, 3}, {0.6, 0.8}, 0},
-    {"Upright", {{2, 0}, {2, 9}, {2, 3}}, {2, 4}, {0, 1}, 0},
-    {"DirectionIsMostlyPositive",
-     {{0, 0}, {-9, 1}, {-18, 2}},
-     {-9, 1},
-     {9 / std::sqrt(82), -1 / std::sqrt(82)},
-     0},
-    {"AcrossTheDiagonal", {{0, 0}, {10, 10}, {4, 6}, {6, 4}}, {5, 5}, {kDiagonal, kDiagonal}, 1},
-    {"FarFromTheOrigin", {{1e6, 1e6}, {1e6 + 3, 1e6 + 4}}, {1e6 + 1.5, 1e6 + 2}, {0.6, 0.8}, 0},
+    {"2 0 ; 2 9 ; 2 3", {2, 4}, {0, 1}, 0},
+    // The direction is mostly positive.
+    {"0 0 ; -9 1 ; -18 2", {-9, 1}, {9 / std::sqrt(82), -1 / std::sqrt(82)}, 0},
+    {"0 0 ; 10 10 ; 4 6 ; 6 4", {5, 5}, {std::sqrt(0.5), std::sqrt(0.5)}, 1},
+    {"1e6 1e6 ; 1000003 1000004", {1e6 + 1.5, 1e6 + 2}, {0.6, 0.8}, 0},
 };
-class LineFit : public testing::TestWithParam<LineCase> {};
-TEST_P(LineFit, GoesThroughTheMeanAlongTheWidestSpread) {
-  const auto line = fit_line(GetParam().points);
-  ASSERT_TRUE(line);
-  EXPECT_LT(distance(line->point, GetParam().point), 1e-9);
-  EXPECT_LT(distance(line->direction, GetParam().direction), 1e-9);
-  EXPECT_NEAR(line->deviation, GetParam().deviation, 1e-7);
-}
-INSTANTIATE_TEST_SUITE_P(Points, LineFit, testing::ValuesIn(kLines), row_name<LineCase>);
-
-TEST(LineFitRefuses, PointsWithoutADirection) {
-  const std::vector<std::vector<Vec2>> without = {
-      {}, {{1, 2}}, {{1, 2}, {1, 2}}, {{0, 0}, {1, 0}, {1, 1}, {0, 1}}, {{0, 0}, {1, NAN}}};
-  for (const auto& points : without) EXPECT_FALSE(fit_line(points)) << points.size();
+TEST(LineFit, GoesThroughTheMeanAlongTheWidestSpread) {
+  for (const auto& [cloud, point, direction, deviation] : kLines) {
+    SCOPED_TRACE(cloud);
+    const auto line = fit_line(points(cloud));
+    ASSERT_TRUE(line);
+    EXPECT_LT(distance(line->point, point), 1e-9);
+    EXPECT_LT(distance(line->direction, direction), 1e-9);
+    EXPECT_NEAR(line->deviation, deviation, 1e-7);
+  }
+  for (const auto cloud : {"", "1 2", "1 2 ; 1 2", "0 0 ; 1 0 ; 1 1 ; 0 1", "0 0 ; 1 nan"}) {
+    EXPECT_FALSE(fit_line(points(cloud))) << cloud;
+  }
 }
 
 // The same cloud turned gives the same line turned; no line near it has a smaller sum of squares.
-TEST(LineFitInSpace, TurnsWithItsPointsAndIsTheBest) {
+TEST(LineFit, InSpaceTurnsWithItsPointsAndIsTheBest) {
   std::mt19937 random(2);
   std::normal_distribution<double> u(0, 1);
-  std::vector<Vec3> points(50);
-  for (Vec3& p : points) p = {9 * u(random), 2 * u(random), u(random)};
-  const auto line = fit_line(points);
+  std::vector<Vec3> cloud(50);
+  for (Vec3& p : cloud) p = {9 * u(random), 2 * u(random), u(random)};
+  const auto line = fit_line(cloud);
   ASSERT_TRUE(line);
   const auto squares = [&](const Vec3& through, const Vec3& along) {
     double sum = 0;
-    for (const Vec3& p : points) sum += std::pow(length(cross(p - through, normalised(along))), 2);
+    for (const Vec3& p : cloud) sum += std::pow(length(cross(p - through, normalised(along))), 2);
     return sum;
   };
   const double best = squares(line->point, line->direction);
@@ -68,7 +60,7 @@ TEST(LineFitInSpace, TurnsWithItsPointsAndIsTheBest) {
   }
   const Placement placement = join_zyx({20, -50, 70}, {3, 4, 5});
   std::vector<Vec3> moved;
-  for (const Vec3& p : points) moved.push_back(transform_point(placement, p));
+  for (const Vec3& p : cloud) moved.push_back(transform_point(placement, p));
   const Vec3 turned = transform_direction(placement, line->direction);
   EXPECT_NEAR(std::abs(dot(fit_line(moved)->direction, turned)), 1, 1e-12);
 }

