@@ -1,11 +1,9 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "geom/transform.h"
-#include "tooldb/item.h"
+#include "geom/vector_math.h"
 #include "tooldb/scene.h"
 
 /// @file
@@ -15,40 +13,6 @@ namespace tooldb::test {
 
 class HostScene final : public kinSceneManager {
  public:
-  class Shape final : public kinShape {
-   public:
-    Shape(HostScene& scene, std::vector<Facet> triangles)
-        : scene_(&scene), triangles_(std::move(triangles)) {
-      ++scene_->live_shapes;
-    }
-    const std::string& GetName() const override { return name_; }
-    void SetName(const std::string& name) override { name_ = name; }
-    void SetMaterial(const tdbToolMaterial& material) override { material_ = material; }
-    const tdbToolMaterial& GetMaterial() const override { return material_; }
-    void SetInches(bool inches) override { scale_ = inches ? 25.4 : 1; }
-    void GetTriangles(const Transformation<double>& placement,
-                      std::vector<Facet>& out) const override {
-      for (Facet f : triangles_) {
-        for (Vec3* corner : {&f.a, &f.b, &f.c}) {
-          *corner = transform_point(placement, scale_ * *corner);
-        }
-        out.push_back(f);
-      }
-    }
-    void Release() override {
-      --scene_->live_shapes;
-      delete this;
-    }
-    const std::vector<Facet>& Triangles() const { return triangles_; }
-
-   private:
-    HostScene* scene_;
-    std::vector<Facet> triangles_;
-    std::string name_;
-    tdbToolMaterial material_;
-    double scale_ = 1;
-  };
-
   kinShape* LoadShape(const std::string& path, const std::string& options) override {
     loaded_options = options;
     return path == "host:model" ? CreateShape(model) : nullptr;
@@ -60,6 +24,33 @@ class HostScene final : public kinSceneManager {
   std::vector<Facet> model;
   std::string loaded_options;
   int live_shapes = 0;
+
+ private:
+  class Shape final : public kinShape {
+   public:
+    Shape(HostScene& scene, const std::vector<Facet>& triangles)
+        : scene_(scene), shape_(tdbDefaultSceneManager()->CreateShape(triangles)) {
+      ++scene_.live_shapes;
+    }
+    const std::string& GetName() const override { return shape_->GetName(); }
+    void SetName(const std::string& name) override { shape_->SetName(name); }
+    void SetMaterial(const tdbToolMaterial& material) override { shape_->SetMaterial(material); }
+    const tdbToolMaterial& GetMaterial() const override { return shape_->GetMaterial(); }
+    void SetInches(bool inches) override { shape_->SetInches(inches); }
+    void GetTriangles(const Transformation<double>& placement,
+                      std::vector<Facet>& out) const override {
+      shape_->GetTriangles(placement, out);
+    }
+    void Release() override {
+      --scene_.live_shapes;
+      shape_->Release();
+      delete this;
+    }
+
+   private:
+    HostScene& scene_;
+    kinShape* shape_;
+  };
 };
 
 }  // namespace tooldb::test

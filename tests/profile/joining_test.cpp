@@ -38,6 +38,11 @@ std::unique_ptr<tdbCuttingTool> make_pair(const Pair& pair) {
   return tool;
 }
 
+double updated_height(tdbCuttingTool& tool) {
+  tool.Update();
+  return tool.GetShank()->GetAbsPos()(2, 3);
+}
+
 class JoinedPair : public testing::TestWithParam<Pair> {};
 INSTANTIATE_TEST_SUITE_P(Kinds, JoinedPair, testing::ValuesIn(kPairs), [](const auto& row) {
   return std::string(type_name(kCuttingToolTypes, row.param.tool, "none"));
@@ -47,19 +52,14 @@ TEST_P(JoinedPair, StandsAndSitsOnTheCutter) {
   const auto tool = make_pair(GetParam());
   EXPECT_EQ(tdbProfile::OutlineError(*tool->GetCutter()), "");
   EXPECT_EQ(tdbProfile::OutlineError(*tool->GetShank()), "");
-  tool->Update();
   if (GetParam().tool == 25) {
     // A point of 60 degrees over 12.7, and 12.7 of body.
-    EXPECT_NEAR(tool->GetShank()->GetAbsPos()(2, 3), 12.7 + 6.35 * std::sqrt(3), 1e-6);
+    EXPECT_NEAR(updated_height(*tool), 12.7 + 6.35 * std::sqrt(3), 1e-6);
     return;
   }
-  EXPECT_NEAR(tool->GetShank()->GetAbsPos()(2, 3), GetParam().joint, 5e-5);
+  EXPECT_NEAR(updated_height(*tool), GetParam().joint, 5e-5);
   EXPECT_NEAR(GetParam().joint + tool->GetShank()->GetLength(), GetParam().height, 5e-4);
   EXPECT_EQ(tool->GetShank()->GetPos(), Transformation<double>());
-}
-
-void clear_marks(tdbItem& root) {
-  root.Visit([](void*, tdbItem* item) { item->SetModified(false); }, nullptr);
 }
 
 TEST(Joining, FollowsTheCutterAndCarriesWhatHangsBelow) {
@@ -69,11 +69,10 @@ TEST(Joining, FollowsTheCutterAndCarriesWhatHangsBelow) {
   tool->GetShank()->AddItem(holder);
   tool->Update();
   EXPECT_EQ(holder->GetAbsPos()(2, 3), 110);
-  clear_marks(*tool);
+  tool->Visit([](void*, tdbItem* item) { item->SetModified(false); }, nullptr);
   tool->GetCutter()->SetParam("HEIGHT", "30");
   tool->GetCutter()->SetPos(tdbMakePlacement({1, 0, 7}, {}));
-  tool->Update();
-  EXPECT_EQ(tool->GetShank()->GetAbsPos()(2, 3), 37);
+  EXPECT_EQ(updated_height(*tool), 37);
   EXPECT_EQ(tool->GetShank()->GetAbsPos()(0, 3), 1);
   EXPECT_EQ(holder->GetAbsPos()(2, 3), 97);
 }
@@ -81,41 +80,30 @@ TEST(Joining, FollowsTheCutterAndCarriesWhatHangsBelow) {
 TEST(Joining, LeavesOtherShanksWhereTheyAre) {
   for (const int shank : {2, 3, 5}) {
     tdbCuttingTool tool(new tdbToolCutter(0), new tdbToolShank(shank), 2);
-    tool.Update();
-    EXPECT_EQ(tool.GetShank()->GetAbsPos(), Transformation<double>()) << shank;
+    EXPECT_EQ(updated_height(tool), 0) << shank;
   }
-  const auto placed = make_pair(kPairs[0]);
-  placed->GetShank()->SetPos(tdbMakePlacement({0, 0, 12}, {}));
-  placed->Update();
-  EXPECT_EQ(placed->GetShank()->GetAbsPos()(2, 3), 12);
 }
 
 TEST(Joining, UsesTheTopOfTexts) {
-  struct TextCase {
-    int type;
-    std::string_view outline;
-    double top;
-  };
-  // The second is refused as it is, and a model has no outline at all.
-  for (const auto& [type, outline, top] : {TextCase{5, "0 0 ; 5 0 ; 5 30 ; 2 28", 30.0},
-                                           TextCase{5, "", 0.0}, TextCase{6, "0 0 ; 5 9", 0.0}}) {
+  const std::tuple<int, std::string_view, double> tops[] = {
+      {5, "0 0 ; 5 0 ; 5 30 ; 2 28", 30},
+      {5, "", 0},            // refused as it is
+      {6, "0 0 ; 5 9", 0}};  // a model has no outline at all
+  for (const auto& [type, outline, top] : tops) {
     tdbCuttingTool tool(new tdbToolCutter(type), new tdbToolShank(0), 0);
     tool.GetCutter()->SetProfileXml(contour_of(outline).c_str());
-    tool.Update();
-    EXPECT_EQ(tool.GetShank()->GetAbsPos()(2, 3), top) << type;
+    EXPECT_EQ(updated_height(tool), top) << type;
   }
 }
 
 TEST(Joining, DeltaZMovesAJoinedShankOnce) {
   const auto joined = make_pair(kPairs[0]);
   joined->AddDeltaZCutterAndShank(5);
-  joined->Update();
-  EXPECT_EQ(joined->GetShank()->GetAbsPos()(2, 3), 55);
+  EXPECT_EQ(updated_height(*joined), 55);
   joined->GetShank()->SetPos(tdbMakePlacement({0, 0, 60}, {}));
   joined->AddDeltaZCutterAndShank(-2);
-  joined->Update();
+  EXPECT_EQ(updated_height(*joined), 58);
   EXPECT_EQ(joined->GetCutter()->GetPos()(2, 3), 3);
-  EXPECT_EQ(joined->GetShank()->GetAbsPos()(2, 3), 58);
 }
 
 }  // namespace

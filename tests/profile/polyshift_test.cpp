@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "geom/polyline.h"
-#include "tooldb/profile.h"
 
 namespace tooldb::test {
 namespace {
@@ -31,17 +30,6 @@ TEST(Polyshift, IsNoneWithoutAWholeLibrary) {
   EXPECT_FALSE(Polyshift::Load(__FILE__));
   EXPECT_FALSE(Polyshift::Load(INCOMPLETE_LIBRARY));
   EXPECT_EQ(Polyshift::BesideHost(), nullptr);
-}
-
-// Without the library the own offset serves.
-TEST(OffsetProfile, GrowsAndShrinks) {
-  const auto grown = tdbProfile::OffsetProfile2(kBox, 0.001);
-  ASSERT_EQ(grown.size(), 1U);
-  EXPECT_NEAR(signed_area(grown[0]), 400.1, 1e-4);
-  const auto shrunk = tdbProfile::OffsetProfile2(kBox, -1);
-  ASSERT_EQ(shrunk.size(), 1U);
-  EXPECT_NEAR(signed_area(shrunk[0]), 304, 1e-4);
-  EXPECT_TRUE(tdbProfile::OffsetProfile2(kBox, -6).empty());
 }
 
 }  // namespace
