@@ -10,50 +10,45 @@ namespace tooldb {
 namespace {
 
 namespace fs = boost::filesystem;
-using boost::system::error_code;
+
+/// What Boost answers; `FileError` for what it raises. Its forms that fill an error code are
+/// noexcept, though on Windows some of them allocate: short of memory they would end the process.
+template <class Call>
+auto answer_of(const std::string& path, Call&& call) {
+  require_plain_path(path);
+  try {
+    return call();
+  } catch (const fs::filesystem_error& failure) {
+    const fs::path& where = failure.path1();
+    raise_system_error(where.empty() ? path : where.string(), failure.code());
+  }
+}
 
 /// Kind of what stands at `path`; raises when that cannot be found out.
 fs::file_type type_of(const std::string& path) {
-  require_plain_path(path);
-  error_code failure;
-  const fs::file_status status = fs::status(path, failure);
-  if (status.type() == fs::status_error) raise_system_error(path, failure);
-  return status.type();
+  return answer_of(path, [&] { return fs::status(path).type(); });
 }
 
 }  // namespace
 
 void SystemFileSystem::Remove(const std::string& path) {
-  require_plain_path(path);
-  error_code failure;
-  if (fs::remove(path, failure)) return;
-  if (!failure) failure = make_error_code(boost::system::errc::no_such_file_or_directory);
-  raise_system_error(path, failure);
+  if (answer_of(path, [&] { return fs::remove(path); })) return;
+  raise_system_error(path, make_error_code(boost::system::errc::no_such_file_or_directory));
 }
 
 void SystemFileSystem::CreateFolder(const std::string& path) {
-  require_plain_path(path);
-  error_code failure;
-  fs::create_directory(path, failure);
-  if (failure) raise_system_error(path, failure);
+  answer_of(path, [&] { return fs::create_directory(path); });
 }
 
 std::vector<std::string> SystemFileSystem::List(const std::string& folder) {
-  require_plain_path(folder);
-  std::vector<std::string> names;
-  error_code failure;
-  fs::directory_iterator entry(folder, failure);
-  while (!failure && entry != fs::directory_iterator()) {
-    const fs::path& path = entry->path();
-    if (entry->status(failure).type() == fs::regular_file) {
-      names.push_back(path.filename().string());
-    } else if (entry->status(failure).type() == fs::status_error) {
-      raise_system_error(path.string(), failure);
+  return answer_of(folder, [&] {
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+      if (entry.status().type() != fs::regular_file) continue;
+      names.push_back(entry.path().filename().string());
     }
-    entry.increment(failure);
-  }
-  if (failure) raise_system_error(folder, failure);
-  return names;
+    return names;
+  });
 }
 
 bool SystemFileSystem::IsFile(const std::string& path) { return type_of(path) == fs::regular_file; }
@@ -63,16 +58,15 @@ bool SystemFileSystem::IsFolder(const std::string& path) {
 }
 
 bool SystemFileSystem::IsSameFile(const std::string& a, const std::string& b) {
-  error_code failure;
-  return fs::equivalent(a, b, failure) && !failure;
+  try {
+    return fs::equivalent(a, b);
+  } catch (const fs::filesystem_error&) {
+    return false;
+  }
 }
 
 std::int64_t SystemFileSystem::LastWriteTime(const std::string& path) {
-  require_plain_path(path);
-  error_code failure;
-  const std::time_t time = fs::last_write_time(path, failure);
-  if (failure) raise_system_error(path, failure);
-  return time;
+  return answer_of(path, [&] { return fs::last_write_time(path); });
 }
 
 }  // namespace tooldb
