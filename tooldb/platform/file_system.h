@@ -82,6 +82,7 @@ class FileSystem {
   /// Seconds since 1970.
   virtual std::int64_t LastWriteTime(const std::string& path) = 0;
   /// The same in nanoseconds, as finely as it is known: unless it is overridden, whole seconds.
+  /// Raises as well where the disk does not keep the time of a folder.
   virtual std::int64_t LastWriteNanoseconds(const std::string& path);
 };
 

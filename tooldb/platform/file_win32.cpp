@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -144,6 +145,21 @@ void raise_if_held(const std::string& path) {
   }
 }
 
+/// FAT leaves the time of a folder as it is when files come and go.
+bool keeps_folder_times(const FileHandle& file) {
+  std::array<wchar_t, MAX_PATH + 1> system = {};
+  return GetVolumeInformationByHandleW(file.Get(), nullptr, 0, nullptr, nullptr, nullptr,
+                                       system.data(), static_cast<DWORD>(system.size())) != 0 &&
+         std::wstring_view(system.data()).find(L"FAT") == std::wstring_view::npos;
+}
+
+/// In nanoseconds since 1970; a time that is centuries off wraps around.
+std::int64_t unix_time(const FILETIME& time) {
+  constexpr std::uint64_t kTicksBefore1970 = 116'444'736'000'000'000;  // since 1601, of 100 ns
+  const std::uint64_t ticks = std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+  return static_cast<std::int64_t>((ticks - kTicksBefore1970) * 100);
+}
+
 }  // namespace
 
 std::string SystemFileSystem::Read(const std::string& path) {
@@ -204,7 +220,14 @@ bool SystemFileSystem::CanFlushDisk() { return FileSystem::CanFlushDisk(); }
 void SystemFileSystem::FlushDisk(const std::string& folder) { FileSystem::FlushDisk(folder); }
 
 std::int64_t SystemFileSystem::LastWriteNanoseconds(const std::string& path) {
-  return FileSystem::LastWriteNanoseconds(path);
+  const FileHandle file(
+      open_file(path, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS));
+  FILETIME written = {};
+  if (!file.IsOpen() || !GetFileTime(file.Get(), nullptr, nullptr, &written)) {
+    raise_last_error(path);
+  }
+  if (!keeps_folder_times(file)) throw FileError(path, "the disk keeps no times of folders");
+  return unix_time(written);
 }
 
 }  // namespace tooldb
