@@ -1,31 +1,24 @@
 #include "operations.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
-#include <memory>
 #include <sstream>
 #include <stdexcept>
 
-#include "tooldb/tooldb.h"
+#include "marked_tool.h"
+#include "tests/storage/watched_database.h"
 
 namespace torture {
 namespace {
 
 namespace fs = std::filesystem;
+using Complaints = std::vector<std::string>;
 
 std::string old_code(int i) { return "T" + std::to_string(100 + i); }
 std::string new_code(int i) { return "R" + std::to_string(100 + i); }
 
-/// A tool of some kilobytes, so that a write can be cut in the middle.
 std::unique_ptr<tdbTool> make_tool(const std::string& code, int i, int revision) {
-  auto tool = std::make_unique<tdbTool>(code, "Tool " + std::to_string(i));
-  const std::string mark = "revision " + std::to_string(revision) + " of " + std::to_string(i);
-  tool->SetDescr(mark.c_str());
-  for (int p = 0; p < 120; ++p) {
-    tool->AddParam(("P" + std::to_string(p)).c_str(), mark.c_str());
-  }
-  return tool;
+  return marked_tool(code, "revision " + std::to_string(revision) + " of " + std::to_string(i));
 }
 
 std::string text_of(int i, int revision) {
@@ -38,94 +31,43 @@ void require(bool done, const char* what) {
   if (!done) throw std::runtime_error(std::string(what) + " failed");
 }
 
-void add(tdbToolDB& db, std::unique_ptr<tdbTool> tool, bool replace) {
+void add(tdbToolDB& db, int i, bool replace) {
+  auto tool = make_tool(old_code(i), i, 1);
   require(db.AddTool(tool.get(), replace), "AddTool");
   static_cast<void>(tool.release());
 }
 
-/// A database that notes whether it reported an error: a change whose folder could not be flushed
-/// stands, but is not stored for good.
-class Database : public tdbToolDB {
- public:
-  Database() : tdbToolDB("torture", 0) {
-    SetErrorCallback(
-        [](void* user, const tdbToolDB*, tdbError*) {
-          static_cast<Database*>(user)->has_reported_ = true;
-          return 0;
-        },
-        this);
-  }
-  bool HasReported() const { return has_reported_; }
-
- private:
-  bool has_reported_ = false;
-};
-
-std::unique_ptr<Database> open_folder(const fs::path& folder) {
-  auto db = std::make_unique<Database>();
-  require(db->Init(folder.string()) && db->Read(), "opening the folder");
-  return db;
+/// The listed tool `i` with its second text, under a code.
+tdbTool* changed(tdbToolDB& db, int i, const std::string& code) {
+  tdbTool* const tool = db.GetToolByCode(old_code(i), 1);
+  *tool = *make_tool(code, i, 1);
+  return tool;
 }
 
-using Step = void (*)(tdbToolDB& db, int i);
-
-void each(const fs::path& folder, int count, const Acknowledge& acknowledge, Step step) {
-  const auto db = open_folder(folder);
-  for (int i = 0; i < count; ++i) {
-    step(*db, i);
-    require(!db->HasReported(), "storing for good");
-    acknowledge(i + 1);
-  }
+void update(tdbToolDB& db, int i) {
+  require(db.UpdateTool(changed(db, i, old_code(i))), "UpdateTool");
 }
 
-void act_add(const fs::path& folder, int count, const Acknowledge& acknowledge) {
-  each(folder, count, acknowledge,
-       [](tdbToolDB& db, int i) { add(db, make_tool(old_code(i), i, 1), false); });
+void rename(tdbToolDB& db, int i) {
+  require(db.RenameTool(old_code(i), changed(db, i, new_code(i))), "RenameTool");
 }
 
-void act_replace(const fs::path& folder, int count, const Acknowledge& acknowledge) {
-  each(folder, count, acknowledge,
-       [](tdbToolDB& db, int i) { add(db, make_tool(old_code(i), i, 1), true); });
+void remove(tdbToolDB& db, int i) {
+  tdbTool* const tool = db.GetToolByCode(old_code(i), 1);
+  require(db.RemoveTool(tool), "RemoveTool");
+  delete tool;
 }
 
-void act_update(const fs::path& folder, int count, const Acknowledge& acknowledge) {
-  each(folder, count, acknowledge, [](tdbToolDB& db, int i) {
-    tdbTool* tool = db.GetToolByCode(old_code(i), 1);
-    *tool = *make_tool(old_code(i), i, 1);
-    require(db.UpdateTool(tool), "UpdateTool");
-  });
-}
-
-void act_rename(const fs::path& folder, int count, const Acknowledge& acknowledge) {
-  each(folder, count, acknowledge, [](tdbToolDB& db, int i) {
-    tdbTool* tool = db.GetToolByCode(old_code(i), 1);
-    *tool = *make_tool(new_code(i), i, 1);
-    require(db.RenameTool(old_code(i), tool), "RenameTool");
-  });
-}
-
-void act_remove(const fs::path& folder, int count, const Acknowledge& acknowledge) {
-  each(folder, count, acknowledge, [](tdbToolDB& db, int i) {
-    tdbTool* const tool = db.GetToolByCode(old_code(i), 1);
-    require(db.RemoveTool(tool), "RemoveTool");
-    delete tool;
-  });
-}
-
-void act_import(const fs::path& folder, int count, const Acknowledge& acknowledge) {
-  const auto db = open_folder(folder);
+void import(tdbToolDB& db, int count) {
   tdbToolDB source("source", 1);
-  for (int i = 0; i < count; ++i) add(source, make_tool(old_code(i), i, 1), false);
-  require(db->Import(&source) && !db->HasReported(), "Import");
-  acknowledge(count);
+  for (int i = 0; i < count; ++i) add(source, i, false);
+  require(db.Import(&source), "Import");
 }
 
 constexpr std::string_view kExported = "exported";
 
-void act_export(const fs::path& folder, int count, const Acknowledge& acknowledge) {
-  const auto db = open_folder(folder);
-  require(db->Export(folder.string(), std::string(kExported), {}) && !db->HasReported(), "Export");
-  acknowledge(count);
+void export_all(tdbToolDB& db, int /*count*/) {
+  require(db.Export(db.GetFolderPath(), std::string(kExported), {}), "Export");
 }
 
 Stored not_stored(int /*i*/) { return Stored::kNot; }
@@ -133,50 +75,32 @@ Stored stored(int /*i*/) { return Stored::kOldText; }
 Stored every_other_stored(int i) { return i % 2 == 0 ? Stored::kOldText : Stored::kNot; }
 
 std::string read_file(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
   std::ostringstream text;
-  text << file.rdbuf();
+  text << std::ifstream(path, std::ios::binary).rdbuf();
   return text.str();
 }
 
-void note(Faults& faults, int Faults::*kind, const std::string& words) {
-  if (faults.Total() == 0) faults.first = words;
-  ++(faults.*kind);
-}
-
-/// Which of its texts a file holds; nothing when it is torn.
-bool text_matches(const std::string& text, int i, bool* is_new) {
-  *is_new = text == text_of(i, 1);
-  return *is_new || text == text_of(i, 0);
-}
-
-Stored look_at(const fs::path& folder, int i, Faults& faults) {
+Stored look_at(const fs::path& folder, int i, Complaints& complaints) {
   Stored found = Stored::kNot;
-  int copies = 0;
   for (const bool renamed : {false, true}) {
     const fs::path path = folder / ((renamed ? new_code(i) : old_code(i)) + ".ktf");
     if (!fs::exists(path)) continue;
-    ++copies;
-    bool is_new = false;
-    if (!text_matches(read_file(path), i, &is_new)) {
-      note(faults, &Faults::half_written, path.string() + " is half written");
-    }
+    if (found != Stored::kNot) complaints.push_back(path.string() + " is stored twice");
+    const std::string text = read_file(path);
+    const bool is_new = text == text_of(i, 1);
+    if (!is_new && text != text_of(i, 0)) complaints.push_back(path.string() + " is half written");
     found = renamed ? (is_new ? Stored::kRenamedNewText : Stored::kRenamedOldText)
                     : (is_new ? Stored::kNewText : Stored::kOldText);
   }
-  if (copies > 1) note(faults, &Faults::doubled, old_code(i) + " is stored twice");
   return found;
 }
 
 /// A fresh database lists what lies on the disk, and nothing but tools lies there.
-void compare_list(const fs::path& folder, Faults& faults) {
+void compare_list(const fs::path& folder, Complaints& complaints) {
   if (!fs::exists(folder)) return;
-  tdbToolDB db("verify", 0);
-  int errors = 0;
-  db.SetErrorCallback(
-      [](void* user, const tdbToolDB*, tdbError*) { return ++*static_cast<int*>(user); }, &errors);
-  if (!db.Init(folder.string()) || !db.Read() || errors != 0) {
-    note(faults, &Faults::listed, folder.string() + " cannot be read whole");
+  tooldb::WatchedTools db;
+  if (!db.Init(folder.string()) || !db.Read() || db.HasReported()) {
+    complaints.push_back(folder.string() + " cannot be read whole");
   }
   int files = 0;
   for (const auto& entry : fs::directory_iterator(folder)) {
@@ -184,24 +108,41 @@ void compare_list(const fs::path& folder, Faults& faults) {
     if (entry.path().extension() == ".ktf") {
       ++files;
     } else {
-      note(faults, &Faults::listed, entry.path().string() + " is left over");
+      complaints.push_back(entry.path().string() + " is left over");
     }
   }
-  if (files != db.GetToolCount(1)) note(faults, &Faults::listed, "list and disk disagree");
+  if (files != db.GetToolCount(1)) complaints.emplace_back("list and disk disagree");
 }
 
 }  // namespace
 
 const std::vector<Operation>& operations() {
   static const std::vector<Operation> kOperations{
-      {"AddTool-new", not_stored, Stored::kNewText, Stored::kNewText, act_add, false, ""},
-      {"AddTool-replacing", stored, Stored::kNewText, Stored::kNewText, act_replace, false, ""},
-      {"UpdateTool", stored, Stored::kNewText, Stored::kNewText, act_update, false, ""},
-      {"RenameTool", stored, Stored::kRenamedNewText, Stored::kRenamedOldText, act_rename, false,
-       ""},
-      {"RemoveTool", stored, Stored::kNot, Stored::kNot, act_remove, false, ""},
-      {"Import", every_other_stored, Stored::kNewText, Stored::kNewText, act_import, true, ""},
-      {"Export", stored, Stored::kOldText, Stored::kNot, act_export, true, kExported},
+      {.name = "AddTool-new",
+       .before = not_stored,
+       .after = Stored::kNewText,
+       .change = [](tdbToolDB& db, int i) { add(db, i, false); }},
+      {.name = "AddTool-replacing",
+       .before = stored,
+       .after = Stored::kNewText,
+       .change = [](tdbToolDB& db, int i) { add(db, i, true); }},
+      {.name = "UpdateTool", .before = stored, .after = Stored::kNewText, .change = update},
+      {.name = "RenameTool",
+       .before = stored,
+       .after = Stored::kRenamedNewText,
+       .between = Stored::kRenamedOldText,
+       .change = rename},
+      {.name = "RemoveTool", .before = stored, .after = Stored::kNot, .change = remove},
+      {.name = "Import",
+       .before = every_other_stored,
+       .after = Stored::kNewText,
+       .change_all = import},
+      {.name = "Export",
+       .before = stored,
+       .after = Stored::kOldText,
+       .between = Stored::kNot,
+       .change_all = export_all,
+       .target = kExported},
   };
   return kOperations;
 }
@@ -209,16 +150,6 @@ const std::vector<Operation>& operations() {
 const Operation* find_operation(std::string_view name) {
   const auto found = std::ranges::find(operations(), name, &Operation::name);
   return found == operations().end() ? nullptr : &*found;
-}
-
-Faults& Faults::operator+=(const Faults& other) {
-  if (Total() == 0) first = other.first;
-  half_written += other.half_written;
-  lost += other.lost;
-  doubled += other.doubled;
-  missing += other.missing;
-  listed += other.listed;
-  return *this;
 }
 
 void prepare(const Operation& operation, const fs::path& folder, int count) {
@@ -231,30 +162,40 @@ void prepare(const Operation& operation, const fs::path& folder, int count) {
   }
 }
 
-Faults verify(const Operation& operation, const fs::path& folder, int count, int acknowledged) {
-  Faults faults;
-  const fs::path target = operation.target.empty() ? folder : folder / operation.target;
-  compare_list(target, faults);
+void act(const Operation& operation, const fs::path& folder, int count,
+         const std::function<void(int tools)>& acknowledge) {
+  tooldb::WatchedTools db;
+  require(db.Init(folder.string()) && db.Read(), "opening the folder");
+  const bool at_a_stroke = operation.change_all != nullptr;
+  for (int done = at_a_stroke ? count : 1; done <= count; ++done) {
+    at_a_stroke ? operation.change_all(db, count) : operation.change(db, done - 1);
+    // A change whose folder could not be flushed stands, but is not stored for good.
+    require(!db.HasReported(), "storing for good");
+    acknowledge(done);
+  }
+}
+
+std::vector<std::string> verify(const Operation& operation, const fs::path& folder, int count,
+                                int acknowledged) {
+  Complaints complaints;
+  const bool beside = !operation.target.empty();
+  const fs::path target = beside ? folder / operation.target : folder;
+  compare_list(target, complaints);
+  if (beside) compare_list(folder, complaints);
   for (int i = 0; i < count; ++i) {
-    const Stored found = look_at(target, i, faults);
-    const bool done = i < acknowledged;
     const std::string code = old_code(i);
-    if (done && found != operation.after) {
-      note(faults, &Faults::missing, code + " was reported done and is not");
-    } else if (!done && found != operation.after && found != operation.between &&
-               found != (operation.target.empty() ? operation.before(i) : Stored::kNot)) {
-      note(faults, &Faults::lost, code + " is not as it was and not as it should become");
+    const Stored found = look_at(target, i, complaints);
+    const Stored before = beside ? Stored::kNot : operation.before(i);
+    if (i < acknowledged && found != operation.after) {
+      complaints.push_back(code + " was reported done and is not");
+    } else if (found != operation.after && found != operation.between && found != before) {
+      complaints.push_back(code + " is not as it was and not as it should become");
+    }
+    if (beside && look_at(folder, i, complaints) != operation.before(i)) {
+      complaints.push_back(code + " changed in the source");
     }
   }
-  if (!operation.target.empty()) {  // the source of an export stays as it is
-    compare_list(folder, faults);
-    for (int i = 0; i < count; ++i) {
-      if (look_at(folder, i, faults) != operation.before(i)) {
-        note(faults, &Faults::lost, old_code(i) + " changed in the source");
-      }
-    }
-  }
-  return faults;
+  return complaints;
 }
 
 }  // namespace torture

@@ -3,12 +3,13 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
-#include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "child_process.h"
-#include "tooldb/tooldb.h"
+#include "marked_tool.h"
+#include "tests/storage/watched_database.h"
 
 namespace torture {
 namespace {
@@ -24,58 +25,37 @@ std::string code_of(int writer, int tool) {
   return "W" + std::to_string(writer) + "-" + std::to_string(tool);
 }
 
-/// A tool of some kilobytes that says, all over, who wrote it.
-std::unique_ptr<tdbTool> make_tool(const std::string& code, const std::string& mark) {
-  auto tool = std::make_unique<tdbTool>(code, mark);
-  for (int i = 0; i < 100; ++i) tool->AddParam(("P" + std::to_string(i)).c_str(), mark.c_str());
-  return tool;
-}
-
-/// The mark of a tool; empty when it is not the same all over.
-std::string mark_of(const tdbTool& tool) {
-  const std::string mark = tool.GetName();
-  for (int i = 0; i < 100; ++i) {
-    if (tool.GetParamCount() != 100 || tool.GetParamValue(i) != mark) return {};
+/// What a database reported, each a fault; printed.
+int reports(const tooldb::WatchedTools& db) {
+  int errors = 0;
+  for (const std::string& event : db.events) {
+    if (!event.starts_with("error")) continue;
+    std::fprintf(stderr, "reported: %s\n", event.c_str());
+    ++errors;
   }
-  return mark;
+  return errors;
 }
-
-/// A database whose reports are printed and counted.
-class Database : public tdbToolDB {
- public:
-  explicit Database(const fs::path& folder) : tdbToolDB("together", 0) {
-    SetErrorCallback(
-        [](void* user, const tdbToolDB*, tdbError* error) {
-          std::fprintf(stderr, "reported: %s\n", error->message.c_str());
-          return ++static_cast<Database*>(user)->reports_;
-        },
-        this);
-    Init(folder.string());
-  }
-  int Reports() const { return reports_; }
-
- private:
-  int reports_ = 0;
-};
 
 int write(const fs::path& folder, int writer) {
-  Database db(folder);
+  tooldb::WatchedTools db;
+  db.Init(folder.string());
   int faults = 0;
   for (int i = 0; i < kTools; ++i) {
     const std::string mark = "by " + std::to_string(writer);
-    auto own = make_tool(code_of(writer, i), mark);
+    auto own = marked_tool(code_of(writer, i), mark);
     if (db.AddTool(own.get(), false)) static_cast<void>(own.release());
-    faults += db.UpdateTool(make_tool(kShared, mark).get()) ? 0 : 1;
+    faults += db.UpdateTool(marked_tool(kShared, mark).get()) ? 0 : 1;
   }
-  return faults + db.Reports();
+  return faults + reports(db);
 }
 
 int read(const fs::path& folder) {
   int faults = 0;
   for (int i = 0; i < kTools / 2; ++i) {
-    Database db(folder);
+    tooldb::WatchedTools db;
+    db.Init(folder.string());
     db.Read();
-    faults += db.Reports();
+    faults += reports(db);
     for (int at = 0; at < db.GetToolCount(1); ++at) {
       if (!mark_of(*db.GetTool(at, 1)).empty()) continue;
       std::fprintf(stderr, "%s is torn\n", db.GetTool(at, 1)->GetCode().c_str());
@@ -87,9 +67,10 @@ int read(const fs::path& folder) {
 
 /// Every tool of every writer is there, and the shared one is that of one of them.
 int look_at(const fs::path& folder) {
-  Database db(folder);
+  tooldb::WatchedTools db;
+  db.Init(folder.string());
   db.Read();
-  int faults = db.Reports();
+  int faults = reports(db);
   for (int writer = 0; writer < kWriters; ++writer) {
     for (int i = 0; i < kTools; ++i) {
       const tdbTool* const tool = db.GetToolByCode(code_of(writer, i), 1);
@@ -114,7 +95,9 @@ int look_at(const fs::path& folder) {
 int work_together(const fs::path& folder) {
   fs::remove_all(folder);
   fs::create_directories(folder);
-  if (!Database(folder).UpdateTool(make_tool(kShared, "by nobody").get())) return 1;
+  tooldb::WatchedTools first;
+  first.Init(folder.string());
+  if (!first.UpdateTool(marked_tool(kShared, "by nobody").get())) return 1;
   std::vector<std::function<int()>> jobs;
   for (int i = 0; i < kWriters; ++i) jobs.emplace_back([&folder, i] { return write(folder, i); });
   for (int i = 0; i < kReaders; ++i) jobs.emplace_back([&folder] { return read(folder); });

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -25,7 +24,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using torture::ended;
-using torture::Faults;
 using torture::Operation;
 using torture::start;
 
@@ -33,15 +31,6 @@ using torture::start;
 // files at a stroke.
 constexpr int kTools = 10;
 constexpr int kFewTools = 2;  // where every call is met in turn
-
-/// One change to be disturbed.
-struct Job {
-  const Operation& operation;
-  fs::path folder;
-  int tools;
-
-  std::string Log() const { return folder.string() + ".log"; }  ///< of what was reported done
-};
 
 constexpr const char* kUsage =
     "usage: torture kill OPERATION FOLDER KILLS   kill at random moments, KILLS times\n"
@@ -53,66 +42,74 @@ constexpr const char* kUsage =
     "drivers\n"
     "       torture list                         the operations\n";
 
+/// One change to be disturbed.
+struct Job {
+  const Operation& operation;
+  fs::path folder;
+  int tools;
+  fs::path log = folder.string() + ".log";  ///< of what was reported done
+
+  void Prepare() const {
+    torture::prepare(operation, folder, tools);
+    fs::remove(log);
+  }
+};
+
 /// Appends a line to the log for every report, so that it outlives this process.
-void act(const Job& job, const fs::path& log) {
-  const int file = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
-  if (file < 0) throw std::runtime_error("cannot open " + log.string());
-  job.operation.act(job.folder, job.tools, [file](int tools) {
+void act(const Job& job) {
+  const int file = open(job.log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  if (file < 0) throw std::runtime_error("cannot open " + job.log.string());
+  torture::act(job.operation, job.folder, job.tools, [file](int tools) {
     const std::string line = std::to_string(tools) + "\n";
     if (write(file, line.data(), line.size()) < 0) throw std::runtime_error("cannot log");
   });
   close(file);
 }
 
-int acknowledged(const fs::path& log) {
-  int tools = 0;
-  if (std::FILE* file = std::fopen(log.c_str(), "r")) {
-    for (int line = 0; std::fscanf(file, "%d", &line) == 1;) tools = line;
-    std::fclose(file);
+/// Prints what is wrong with the folder; true when nothing is.
+bool verify(const Job& job) {
+  int acknowledged = 0;
+  std::ifstream log(job.log);
+  for (int line = 0; log >> line;) acknowledged = line;
+  const auto complaints = torture::verify(job.operation, job.folder, job.tools, acknowledged);
+  for (const std::string& words : complaints) std::fprintf(stderr, "%s\n", words.c_str());
+  return complaints.empty();
+}
+
+/// Runs of one change, each disturbed and looked at afterwards.
+class Runs {
+ public:
+  explicit Runs(const Job& job) : job_(job) {}
+
+  int Interrupted() const { return interrupted_; }
+  /// Verifies in a process that shares no state with the one that was disturbed.
+  /// @param status  how that one ended
+  void Look(int status) {
+    const int verdict = ended(start([this] {
+      if (!verify(job_)) throw std::runtime_error("damaged");
+    }));
+    ++runs_;
+    if (status != 0) ++interrupted_;
+    if (verdict != 0) ++faulty_;
   }
-  return tools;
-}
+  /// The exit code.
+  int Print(const char* how) const {
+    std::printf("%-9s %-18s %6d runs %6d interrupted %4d with a fault\n", how,
+                std::string(job_.operation.name).c_str(), runs_, interrupted_, faulty_);
+    return faulty_ == 0 ? 0 : 1;
+  }
 
-/// Verifies in a process that shares no state with the one that was killed.
-Faults verify_afresh(const Job& job, const fs::path& log) {
-  int channel[2];
-  if (pipe(channel) != 0) throw std::runtime_error("cannot make a pipe");
-  const pid_t child = start([&] {
-    const Faults found = torture::verify(job.operation, job.folder, job.tools, acknowledged(log));
-    const std::string line = std::to_string(found.half_written) + " " + std::to_string(found.lost) +
-                             " " + std::to_string(found.doubled) + " " +
-                             std::to_string(found.missing) + " " + std::to_string(found.listed) +
-                             " " + found.first + "\n";
-    if (write(channel[1], line.data(), line.size()) < 0) throw std::runtime_error("cannot report");
-  });
-  close(channel[1]);
-  Faults faults;
-  std::FILE* report = fdopen(channel[0], "r");
-  char first[512] = "";
-  const int fields =
-      std::fscanf(report, "%d %d %d %d %d %511[^\n]", &faults.half_written, &faults.lost,
-                  &faults.doubled, &faults.missing, &faults.listed, first);
-  std::fclose(report);
-  faults.first = first;
-  if (ended(child) != 0 || fields < 5) throw std::runtime_error("the verifying process failed");
-  return faults;
-}
-
-void print(const char* how, const Operation& operation, int runs, int interrupted,
-           const Faults& faults) {
-  std::printf(
-      "%-9s %-18s %6d runs %6d interrupted %4d half-written %4d lost %4d doubled %4d "
-      "missing %4d misread\n",
-      how, std::string(operation.name).c_str(), runs, interrupted, faults.half_written, faults.lost,
-      faults.doubled, faults.missing, faults.listed);
-  if (faults.Total() > 0) std::printf("          first: %s\n", faults.first.c_str());
-}
+ private:
+  const Job& job_;
+  int runs_ = 0;
+  int interrupted_ = 0;
+  int faulty_ = 0;
+};
 
 double seconds_of(const Job& job) {
-  torture::prepare(job.operation, job.folder, job.tools);
-  fs::remove(job.Log());
+  job.Prepare();
   const auto begin = std::chrono::steady_clock::now();
-  if (ended(start([&] { act(job, job.Log()); })) != 0) {
+  if (ended(start([&] { act(job); })) != 0) {
     throw std::runtime_error("the operation fails even when left alone");
   }
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
@@ -122,20 +119,15 @@ int kill_at_random(const Job& job, int kills) {
   std::mt19937 random(std::random_device{}());
   const double whole = std::min({seconds_of(job), seconds_of(job), seconds_of(job)});
   std::uniform_real_distribution<double> moment(0, 1.1 * whole);
-  Faults faults;
-  int runs = 0;
-  for (int interrupted = 0; interrupted < kills; ++runs) {
-    torture::prepare(job.operation, job.folder, job.tools);
-    fs::remove(job.Log());
-    const pid_t child = start([&] { act(job, job.Log()); });
+  Runs runs(job);
+  while (runs.Interrupted() < kills) {
+    job.Prepare();
+    const pid_t child = start([&] { act(job); });
     std::this_thread::sleep_for(std::chrono::duration<double>(moment(random)));
     kill(child, SIGKILL);
-    const int status = ended(child);
-    if (WIFSIGNALED(status)) ++interrupted;
-    faults += verify_afresh(job, job.Log());
+    runs.Look(ended(child));
   }
-  print("kill", job.operation, runs, kills, faults);
-  return faults.Total();
+  return runs.Print("kill");
 }
 
 constexpr const char* kFileCalls =
@@ -146,9 +138,7 @@ constexpr const char* kFileCalls =
 /// Runs the change in a fresh process under strace, its calls written to `trace`.
 /// @param inject  what strace does to the calls; empty: nothing
 int run_traced(const Job& job, const fs::path& trace, const std::string& inject) {
-  torture::prepare(job.operation, job.folder, job.tools);
-  const std::string log = job.Log();
-  fs::remove(log);
+  job.Prepare();
   const std::string self = fs::read_symlink("/proc/self/exe").string();
   const std::string calls = std::string("trace=") + kFileCalls;
   const std::string injected = std::string("inject=") + kFileCalls + inject;
@@ -156,7 +146,7 @@ int run_traced(const Job& job, const fs::path& trace, const std::string& inject)
   const std::string tools = std::to_string(job.tools);
   std::vector<const char*> argv{"strace", "-qq", "-o", trace.c_str(), "-e", calls.c_str()};
   if (!inject.empty()) argv.insert(argv.end(), {"-e", injected.c_str()});
-  argv.insert(argv.end(), {self.c_str(), "act", name.c_str(), job.folder.c_str(), log.c_str(),
+  argv.insert(argv.end(), {self.c_str(), "act", name.c_str(), job.folder.c_str(), job.log.c_str(),
                            tools.c_str(), nullptr});
   const pid_t child = fork();
   if (child == 0) {
@@ -182,76 +172,79 @@ Calls count_calls(const Job& job) {
   std::ifstream lines(trace);
   for (std::string line; std::getline(lines, line);) {
     ++calls.last;
-    if (calls.first == 0 && line.find(job.Log()) != std::string::npos) calls.first = calls.last + 1;
+    if (calls.first == 0 && line.find(job.log.string()) != std::string::npos)
+      calls.first = calls.last + 1;
   }
   return calls;
 }
 
 int kill_at_every_call(const Job& job) {
   const Calls calls = count_calls(job);
-  Faults faults;
+  Runs runs(job);
   for (int call = calls.first; call <= calls.last; ++call) {
-    run_traced(job, "/dev/null", ":signal=KILL:when=" + std::to_string(call));
-    faults += verify_afresh(job, job.Log());
+    runs.Look(run_traced(job, "/dev/null", ":signal=KILL:when=" + std::to_string(call)));
   }
-  print("syscall", job.operation, calls.last - calls.first + 1, calls.last - calls.first + 1,
-        faults);
-  return faults.Total();
+  return runs.Print("syscall");
 }
 
 int fail_every_call(const Job& job) {
   const Calls calls = count_calls(job);
-  Faults faults;
-  int runs = 0;
-  int reported = 0;
-  for (const char* error : {"ENOSPC", "EIO", "EACCES", "EMFILE", "EINTR"}) {
-    for (const char* lasting : {"", "+"}) {
-      // A call that is interrupted for ever after is made for ever after.
-      if (std::string_view(error) == "EINTR" && *lasting != 0) continue;
-      for (int call = calls.first; call <= calls.last; ++call) {
-        const int status =
-            run_traced(job, "/dev/null",
-                       std::string(":error=") + error + ":when=" + std::to_string(call) + lasting);
-        ++runs;
-        if (status != 0) ++reported;
-        faults += verify_afresh(job, job.Log());
-      }
+  Runs runs(job);
+  // A call that is interrupted for ever after is made for ever after: no "EINTR+".
+  for (const std::string_view error :
+       {"ENOSPC", "ENOSPC+", "EIO", "EIO+", "EACCES", "EACCES+", "EMFILE", "EMFILE+", "EINTR"}) {
+    const auto name = error.substr(0, error.find('+'));
+    const auto lasting = error.substr(name.size());
+    for (int call = calls.first; call <= calls.last; ++call) {
+      runs.Look(run_traced(
+          job, "/dev/null",
+          ":error=" + std::string(name) + ":when=" + std::to_string(call) + std::string(lasting)));
     }
   }
-  print("failure", job.operation, runs, reported, faults);
-  return faults.Total();
+  return runs.Print("failure");
 }
 
 /// No file may grow beyond some size: a write is cut short there, and the next one fails.
 int limit_file_size(const Job& job) {
   constexpr rlim_t kStep = 512;
   constexpr rlim_t kMost = 16384;  // more than a tool has
-  Faults faults;
-  int runs = 0;
-  int reported = 0;
+  Runs runs(job);
   for (rlim_t size = 0; size <= kMost; size += kStep) {
-    torture::prepare(job.operation, job.folder, job.tools);
-    fs::remove(job.Log());
-    std::ofstream(job.Log()).close();
-    const pid_t child = start([&] {
+    job.Prepare();
+    runs.Look(ended(start([&] {
       std::signal(SIGXFSZ, SIG_IGN);
       const rlimit limit{size + kStep / 2, RLIM_INFINITY};
       if (setrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("cannot set the limit");
       std::freopen("/dev/null", "w", stderr);  // the failures are wanted
-      act(job, job.Log());
-    });
-    ++runs;
-    if (ended(child) != 0) ++reported;
-    faults += verify_afresh(job, job.Log());
+      act(job);
+    })));
   }
-  print("full", job.operation, runs, reported, faults);
-  return faults.Total();
+  return runs.Print("full");
+}
+
+/// The verbs on one operation; -1 when the arguments are none of theirs.
+int disturb(std::string_view verb, int argc, char** argv) {
+  const Operation* const operation = torture::find_operation(argv[2]);
+  if (operation == nullptr) return -1;
+  const fs::path folder = fs::absolute(argv[3]);
+  if (verb == "kill" && argc == 5) {
+    return kill_at_random({*operation, folder, kTools}, std::atoi(argv[4]));
+  }
+  const Job few{*operation, folder, kFewTools};
+  if (verb == "syscalls" && argc == 4) return kill_at_every_call(few);
+  if (verb == "full" && argc == 4) return limit_file_size(few);
+  if (verb == "failures" && argc == 4) return fail_every_call(few);
+  if (argc < 5) return -1;
+  const Job part{*operation, folder, argc == 6 ? std::atoi(argv[5]) : kTools, argv[4]};
+  if (verb == "prepare") return part.Prepare(), 0;
+  if (verb == "act") return act(part), 0;
+  return verb == "verify" ? !verify(part) : -1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) try {
-  const std::string verb = argc > 1 ? argv[1] : "";
+  const std::string_view verb = argc > 1 ? argv[1] : "";
   if (verb == "list") {
     for (const Operation& operation : torture::operations()) {
       std::printf("%s\n", std::string(operation.name).c_str());
@@ -263,31 +256,8 @@ int main(int argc, char** argv) try {
     std::printf("together  %d faults\n", faults);
     return faults == 0 ? 0 : 1;
   }
-  const Operation* operation = argc > 3 ? torture::find_operation(argv[2]) : nullptr;
-  if (operation == nullptr) {
-    std::fputs(kUsage, stderr);
-    return 2;
-  }
-  const auto job = [&](int tools) { return Job{*operation, fs::absolute(argv[3]), tools}; };
-  if (verb == "kill" && argc == 5)
-    return kill_at_random(job(kTools), std::atoi(argv[4])) == 0 ? 0 : 1;
-  if (verb == "syscalls" && argc == 4) return kill_at_every_call(job(kFewTools)) == 0 ? 0 : 1;
-  if (verb == "full" && argc == 4) return limit_file_size(job(kFewTools)) == 0 ? 0 : 1;
-  if (verb == "failures" && argc == 4) return fail_every_call(job(kFewTools)) == 0 ? 0 : 1;
-  const Job part = job(argc == 6 ? std::atoi(argv[5]) : kTools);
-  if (verb == "prepare" && argc >= 5) {
-    torture::prepare(*operation, part.folder, part.tools);
-    return 0;
-  }
-  if (verb == "act" && argc >= 5) {
-    act(part, argv[4]);
-    return 0;
-  }
-  if (verb == "verify" && argc >= 5) {
-    const Faults faults = verify_afresh(part, argv[4]);
-    if (faults.Total() > 0) std::printf("%s\n", faults.first.c_str());
-    return faults.Total() == 0 ? 0 : 1;
-  }
+  const int result = argc > 3 ? disturb(verb, argc, argv) : -1;
+  if (result >= 0) return result;
   std::fputs(kUsage, stderr);
   return 2;
 } catch (const std::exception& error) {
