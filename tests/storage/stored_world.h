@@ -12,9 +12,6 @@
 
 namespace tooldb {
 
-/// Bytes by path.
-using Files = std::map<std::string, std::string>;
-
 /// A database of the tools T1, T2 and T3 in the folder lib, all read; beside it a folder out and a
 /// document of T2, changed, and T9.
 class World {
@@ -28,38 +25,50 @@ class World {
     db.Forget();
   }
 
-  tdbTool& Tool(const std::string& code) { return *db.GetToolByCode(code, 1); }
-
-  /// Makes a call of the library; what an operation does around it is done by its host.
-  template <class LibraryCall>
-  auto Call(LibraryCall&& call) {
-    struct Border {
-      void (*leave)();
-      ~Border() { leave(); }
-    };
-    enter();
-    const Border border{leave};
-    return call();
+  tdbTool& Take(const std::string& code) { return *(listed = db.GetToolByCode(code, 1)); }
+  void New(const std::string& code) { made = make_tool(code, "put in place of what was there"); }
+  void TakePath(const std::string& name) { path = scratch.Path(name); }
+  void FillOther(std::initializer_list<const char*> codes) {
+    for (const char* code : codes) add_tool(other, code, "imported");
   }
 
-  bool Add(std::unique_ptr<tdbTool> tool, bool replace) {
-    const bool added = Call([&] { return db.AddTool(tool.get(), replace); });
-    if (added) tool.release();
-    return added;
+  /// What the library answers of its success; what it took over is no longer ours.
+  bool Added(bool done) { return done && made.release() != nullptr; }
+  bool Removed(bool done) {
+    if (done) delete listed;
+    return done;
+  }
+
+  bool FilledError(bool done) {
+    failed_with_error = !done;
+    return done;
+  }
+
+  bool HasReported() const {
+    return db.HasReported() || components.HasReported() || failed_with_error;
   }
 
   /// Gives tools their earlier codes again when the new ones were not stored, as a host does.
   void TakeBackRename() {
     if (!scratch.Files("lib").contains("R1.ktf") && db.GetToolByCode("R1", 1) != nullptr) {
-      Tool("R1").SetCode("T1");
+      Take("R1").SetCode("T1");
     }
   }
 
-  void (*enter)() = [] {};
-  void (*leave)() = [] {};
   ScratchFolder scratch;
   std::string lib = scratch.Path("lib");
   WatchedTools db;
+  WatchedComponents components;
+
+  // What a call is made with.
+  tdbTool* listed = nullptr;
+  tdbToolCutter* cutter = nullptr;
+  std::unique_ptr<tdbTool> made;
+  tdbToolDB other{"other", 1};
+  std::string path;
+  std::string text;
+  tdbError error;
+  bool failed_with_error = false;
 
  private:
   static const Files& Originals() {
@@ -83,95 +92,61 @@ class World {
 /// What an operation needs of the folder; to remove is also what the probe of `Init` needs.
 enum class Need { kRead, kWrite, kRemove };
 
+/// A call of the library, and what its host does before. The call itself allocates nothing but what
+/// the library does.
 struct Operation {
   std::string_view name;
   Need need;
-  bool (*run)(World& world);
+  void (*prepare)(World& world);
+  bool (*call)(World& world);
+
+  bool Run(World& world) const {
+    prepare(world);
+    return call(world);
+  }
 };
 
+inline void nothing(World& /*world*/) {}
+
+inline bool owned(tdbTool* tool) { return std::unique_ptr<tdbTool>(tool) != nullptr; }
+
 inline constexpr Operation kOperations[] = {
-    {"AddNew", Need::kWrite,
-     [](World& world) { return world.Add(make_tool("T4", "added"), false); }},
-    {"AddReplacing", Need::kWrite,
-     [](World& world) { return world.Add(make_tool("T2", "put in place of it"), true); }},
-    {"Update", Need::kWrite,
-     [](World& world) {
-       tdbTool& tool = world.Tool("T2");
-       tool.SetDescr("changed");
-       return world.Call([&] { return world.db.UpdateTool(&tool); });
-     }},
-    {"Rename", Need::kWrite,
-     [](World& world) {
-       tdbTool& tool = world.Tool("T1");
-       tool.SetCode("R1");
-       return world.Call([&] { return world.db.RenameTool("T1", &tool); });
-     }},
-    {"Clone", Need::kWrite,
-     [](World& world) {
-       tdbError error;
-       tdbTool& tool = world.Tool("T1");
-       const bool cloned = world.Call([&] { return world.db.CloneTool(&tool, error); });
-       return world.db.Noted(cloned, error);
-     }},
+    {"AddNew", Need::kWrite, [](World& w) { w.New("T4"); },
+     [](World& w) { return w.Added(w.db.AddTool(w.made.get(), false)); }},
+    {"AddReplacing", Need::kWrite, [](World& w) { w.New("T2"); },
+     [](World& w) { return w.Added(w.db.AddTool(w.made.get(), true)); }},
+    {"Update", Need::kWrite, [](World& w) { w.Take("T2").SetDescr("changed"); },
+     [](World& w) { return w.db.UpdateTool(w.listed); }},
+    {"Rename", Need::kWrite, [](World& w) { w.Take("T1").SetCode("R1"); },
+     [](World& w) { return w.db.RenameTool("T1", w.listed); }},
+    {"Clone", Need::kWrite, [](World& w) { w.Take("T1"); },
+     [](World& w) { return w.FilledError(w.db.CloneTool(w.listed, w.error)); }},
     {"Import", Need::kWrite,
-     [](World& world) {
-       tdbToolDB other("other", 1);
-       add_tool(other, "T2", "imported");
-       add_tool(other, "T9", "new");
-       return world.Call([&] { return world.db.Import(&other); });
-     }},
+     [](World& w) {
+       w.FillOther({"T2", "T9"});
+     },
+     [](World& w) { return w.db.Import(&w.other); }},
     {"ImportMany", Need::kWrite,
-     [](World& world) {
-       tdbToolDB other("other", 1);
-       for (const char* code : {"M1", "M2", "M3", "T1", "M4", "M5", "M1", "T2"}) {
-         add_tool(other, code, "imported");
-       }
-       return world.Call([&] { return world.db.Import(&other); });
-     }},
-    {"ImportFromFile", Need::kWrite,
-     [](World& world) {
-       const std::string path = world.scratch.Path("export.xml");
-       return world.Call([&] { return world.db.ImportFromFile(path.c_str(), {}); });
-     }},
-    {"Export", Need::kWrite,
-     [](World& world) {
-       std::string target = world.scratch.Path("out");
-       return world.Call([&] { return world.db.Export(std::move(target), "copy", {}); });
-     }},
-    {"Remove", Need::kRemove,
-     [](World& world) {
-       tdbTool* const tool = &world.Tool("T2");
-       const bool removed = world.Call([&] { return world.db.RemoveTool(tool); });
-       if (removed) delete tool;
-       return removed;
-     }},
-    {"Init", Need::kRemove,
-     [](World& world) {
-       std::string folder = world.lib;
-       return world.Call([&] { return world.db.Init(std::move(folder)); });
-     }},
-    {"Reload", Need::kRead,
-     [](World& world) { return world.Call([&] { return world.db.Reload({}); }); }},
-    {"Refresh", Need::kRead,
-     [](World& world) {
-       return world.Call([&] { return world.db.RefreshTool("T2") != nullptr; });
-     }},
-    {"GetByPosition", Need::kRead,
-     [](World& world) {
-       return std::unique_ptr<tdbTool>(world.Call([&] { return world.db.GetTool(1, 2); })) !=
-              nullptr;
-     }},
-    {"GetByCode", Need::kRead,
-     [](World& world) {
-       return std::unique_ptr<tdbTool>(
-                  world.Call([&] { return world.db.GetToolByCode("T2", 2); })) != nullptr;
-     }},
-    {"Count", Need::kRead,
-     [](World& world) { return world.Call([&] { return world.db.GetToolCount(2) == 3; }); }},
-    {"CodeByPosition", Need::kRead,
-     [](World& world) {
-       return world.Call([&] { return world.db.GetToolCodebyPosition(1, 2) == "T2"; });
-     }},
+     [](World& w) {
+       w.FillOther({"M1", "M2", "M3", "T1", "M4", "M5", "M1", "T2"});
+     },
+     [](World& w) { return w.db.Import(&w.other); }},
+    {"ImportFromFile", Need::kWrite, [](World& w) { w.TakePath("export.xml"); },
+     [](World& w) { return w.db.ImportFromFile(w.path.c_str(), {}); }},
+    {"Export", Need::kWrite, [](World& w) { w.TakePath("out"); },
+     [](World& w) { return w.db.Export(std::move(w.path), "copy", {}); }},
+    {"Remove", Need::kRemove, [](World& w) { w.Take("T2"); },
+     [](World& w) { return w.Removed(w.db.RemoveTool(w.listed)); }},
+    {"Init", Need::kRemove, [](World& w) { w.TakePath("lib"); },
+     [](World& w) { return w.db.Init(std::move(w.path)); }},
+    {"Reload", Need::kRead, nothing, [](World& w) { return w.db.Reload({}); }},
+    {"Refresh", Need::kRead, nothing, [](World& w) { return w.db.RefreshTool("T2") != nullptr; }},
+    {"GetByPosition", Need::kRead, nothing, [](World& w) { return owned(w.db.GetTool(1, 2)); }},
+    {"GetByCode", Need::kRead, nothing,
+     [](World& w) { return owned(w.db.GetToolByCode("T2", 2)); }},
+    {"Count", Need::kRead, nothing, [](World& w) { return w.db.GetToolCount(2) == 3; }},
+    {"CodeByPosition", Need::kRead, nothing,
+     [](World& w) { return w.db.GetToolCodebyPosition(1, 2) == "T2"; }},
 };
 
 /// How many files this process has open; 0 where the system does not tell.
@@ -185,41 +160,67 @@ inline std::ptrdiff_t open_descriptors() {
 #endif
 }
 
-/// The files without what a failing removal may leave: temporary files, and probes, whose names
-/// have no extension.
-inline Files without_litter(Files files) {
-  std::erase_if(files, [](const auto& file) {
-    return file.first.find(".tdb-") != std::string::npos ||
-           file.first.find('.') == std::string::npos;
-  });
-  return files;
-}
-
-inline std::size_t count_tools(const Files& files) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(files, [](const auto& file) { return file.first.ends_with(".ktf"); }));
-}
-
-/// Every file is the one before or the one that the operation was to make, and none got lost.
-inline void expect_whole(const Files& before, const Files& aim, const Files& now) {
-  for (const auto& [name, bytes] : now) {
-    const bool old_one = before.contains(name) && before.at(name) == bytes;
-    const bool new_one = aim.contains(name) && aim.at(name) == bytes;
-    EXPECT_TRUE(old_one || new_one) << name << " holds " << bytes;
+/// An operation that something disturbs; it must leave every file as it was or as it was to become.
+class Disturbed : public testing::TestWithParam<Operation> {
+ protected:
+  Disturbed() {
+    World world;
+    before_ = world.scratch.Files();
+    EXPECT_TRUE(GetParam().Run(world));
+    EXPECT_FALSE(world.HasReported());
+    aim_ = world.scratch.Files();
   }
-  for (const auto& [name, bytes] : before) {
-    EXPECT_TRUE(now.contains(name) || !aim.contains(name)) << name << " is gone";
-  }
-  const auto [fewest, most] = std::minmax({count_tools(before), count_tools(aim)});
-  EXPECT_GE(count_tools(now), fewest);
-  EXPECT_LE(count_tools(now), most);
-}
 
-inline void expect_list_and_disk_agree(World& world) {
-  const auto codes = listed_codes(world.db);
-  const std::set<std::string> listed(codes.begin(), codes.end());
-  EXPECT_EQ(listed.size(), codes.size()) << "listed twice";
-  EXPECT_EQ(listed, stored_codes(world.scratch, "lib"));
-}
+  /// @param done  what the operation answered
+  void ExpectNothingLost(World& world, bool done) const {
+    EXPECT_TRUE(done || world.HasReported()) << "failed without a word";
+    EXPECT_EQ(open_descriptors(), descriptors_);
+    world.TakeBackRename();
+    ExpectWhole(Left(world));
+    const auto codes = listed_codes(world.db);
+    const std::set<std::string> listed(codes.begin(), codes.end());
+    EXPECT_EQ(listed.size(), codes.size()) << "listed twice";
+    EXPECT_EQ(listed, stored_codes(world.scratch, "lib"));
+    EXPECT_TRUE(world.db.Init(world.lib) && world.db.UpdateTool(&world.Take("T3")))
+        << "the next call works";
+  }
+
+  /// The files without what a failing removal may leave: temporary files, and probes, whose names
+  /// have no extension.
+  static Files Left(const World& world) {
+    Files files = world.scratch.Files();
+    std::erase_if(files, [](const auto& file) {
+      return file.first.find(".tdb-") != std::string::npos ||
+             file.first.find('.') == std::string::npos;
+    });
+    return files;
+  }
+
+  Files before_;
+  Files aim_;
+
+ private:
+  static auto CountTools(const Files& files) {
+    return std::ranges::count_if(files,
+                                 [](const auto& file) { return file.first.ends_with(".ktf"); });
+  }
+
+  /// Every file is the one before or the one that the operation was to make, and none got lost.
+  void ExpectWhole(const Files& now) const {
+    for (const auto& [name, bytes] : now) {
+      const bool old_one = before_.contains(name) && before_.at(name) == bytes;
+      const bool new_one = aim_.contains(name) && aim_.at(name) == bytes;
+      EXPECT_TRUE(old_one || new_one) << name << " holds " << bytes;
+    }
+    for (const auto& [name, bytes] : before_) {
+      EXPECT_TRUE(now.contains(name) || !aim_.contains(name)) << name << " is gone";
+    }
+    const auto [fewest, most] = std::minmax({CountTools(before_), CountTools(aim_)});
+    EXPECT_GE(CountTools(now), fewest);
+    EXPECT_LE(CountTools(now), most);
+  }
+
+  std::ptrdiff_t descriptors_ = open_descriptors();
+};
 
 }  // namespace tooldb

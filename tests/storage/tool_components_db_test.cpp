@@ -7,12 +7,6 @@
 namespace tooldb {
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Key;
-
 /// A tool database and a components database, linked, each in a folder of its own.
 class Components : public testing::Test {
  protected:
@@ -20,8 +14,6 @@ class Components : public testing::Test {
     EXPECT_TRUE(tools_.Create(scratch_.Path("tools")));
     EXPECT_TRUE(components_.Create(scratch_.Path("components")));
     tools_.LinkToolComponents(&components_);
-    tools_.Forget();
-    components_.Forget();
   }
 
   /// A tool with a use of that component, whose members are loaded.
@@ -38,66 +30,6 @@ class Components : public testing::Test {
   WatchedComponents components_;
 };
 
-struct LogCase {
-  std::string_view name;
-  void (*run)(WatchedComponents& db, const ScratchFolder& scratch);
-  std::vector<std::string> events;
-};
-
-const LogCase kLogs[] = {
-    {"Init",
-     [](auto& db, auto& scratch) { db.Init(scratch.Path("components")); },
-     {"log: Init: @/components"}},
-    {"Read",
-     [](auto& db, auto&) { db.Read(); },
-     {"log: Read tool components folder: @/components", "log: Add toolcomponent: C1"}},
-    {"Reload", [](auto& db, auto&) { db.Reload({}); }, {"log: Reload toolcomponents"}},
-    {"ImportFromXml",
-     [](auto& db, auto&) { db.ImportFromXml("<TOOLDB/>", {}); },
-     {"log: Import toolcomponents from xml: <TOOLDB/>"}},
-    {"ImportFromFile",
-     [](auto& db, auto& scratch) {
-       db.ImportFromFile(scratch.MakeFile("x", "<TOOLDB/>").c_str(), {});
-     },
-     {"log: Import toolcomponents from file: @/x"}},
-    {"Export",
-     [](auto& db, auto& scratch) { db.Export(scratch.Path(), "copy", {}); },
-     {"log: Export toolcomponents to: @"}},
-    {"Add", [](auto& db, auto&) { add_component(db, "C2"); }, {"log: AddToolComponent: C2"}},
-    {"AddTwice",
-     [](auto& db, auto&) { db.AddTool(make_component("C1").get(), false); },
-     {"log: AddToolComponent: C1", "error 19: C1"}},
-    {"Update",
-     [](auto& db, auto&) { db.UpdateTool(db.GetToolComponent(0, 1)); },
-     {"log: UpdateToolComponent: C1"}},
-    {"Remove",
-     [](auto& db, auto&) { db.RemoveToolComponentByCode("C1"); },
-     {"log: RemoveToolComponent: C1"}},
-    {"RemoveAllWithFiles",
-     [](auto& db, auto&) { db.RemoveAllToolComponents(true, 1); },
-     {"log: RemoveAllTools(file-and-memory)", "log: RemoveToolComponent: C1"}},
-    {"RemoveAll",
-     [](auto& db, auto&) { db.RemoveAllToolComponents(false, 1); },
-     {"log: RemoveAllTools(only-memory)"}},
-};
-
-class ComponentsLog : public Components, public testing::WithParamInterface<LogCase> {};
-
-TEST_P(ComponentsLog, SaysWhatItDoes) {
-  add_component(components_, "C1");
-  components_.Forget();
-  GetParam().run(components_, scratch_);
-  std::vector<std::string> expected;
-  for (std::string event : GetParam().events) {
-    const auto at = event.find('@');
-    if (at != std::string::npos) event.replace(at, 1, scratch_.Path());
-    expected.push_back(event);
-  }
-  EXPECT_THAT(components_.events, ElementsAreArray(expected));
-}
-
-INSTANTIATE_TEST_SUITE_P(Operations, ComponentsLog, testing::ValuesIn(kLogs), row_name<LogCase>);
-
 /// True when the item and all below it have the component mark.
 bool all_marked(tdbItem& item) {
   bool marked = true;
@@ -110,27 +42,24 @@ bool all_marked(tdbItem& item) {
 }
 
 TEST_F(Components, AreStoredAsDefinitionsAndReadAgain) {
-  auto component = make_component("C/1");
+  tdbToolComponent* const listed = make_component("C/1").release();
   auto* cutting = new tdbCuttingTool(new tdbToolCutter(0), new tdbToolShank(0), 0);
-  static_cast<tdbToolHolder*>(component->GetItem(0))->AddItem(cutting);
-  component->AddItem(make_component("inner").release());
-  tdbToolComponent* const listed = component.release();
+  static_cast<tdbToolHolder*>(listed->GetItem(0))->AddItem(cutting);
+  listed->AddItem(make_component("inner").release());
   ASSERT_TRUE(components_.AddTool(listed, false));
   EXPECT_TRUE(all_marked(*listed));
-  EXPECT_THAT(scratch_.Files("components"), ElementsAre(Key("C{{47}}1.ktcf")));
   for (int source : {1, 2}) {
     WatchedComponents again;
     EXPECT_TRUE(again.Init(scratch_.Path("components")) && again.Read());
-    EXPECT_FALSE(again.HasReported()) << testing::PrintToString(again.events);
+    EXPECT_FALSE(again.HasReported()) << again.Told(scratch_);
     std::vector<tdbToolComponent> found;
     again.GetTools(found, source);
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0].GetCode(), "C/1");
     EXPECT_TRUE(all_marked(found[0]));
-    EXPECT_EQ(found[0].GetItem(0)->GetName(), "Holder");
     std::string text;
     found[0].WriteXml(text, {});
-    EXPECT_EQ(text, scratch_.Files("components")["C{{47}}1.ktcf"]);
+    EXPECT_EQ(scratch_.Files("components"), (Files{{"C{{47}}1.ktcf", text}}));
   }
 }
 
@@ -143,35 +72,26 @@ TEST_F(Components, GiveAUseTheirMembers) {
   EXPECT_NE(use->GetItem(0), components_.GetToolComponent(0, 1)->GetItem(0));
   AddUse("T2", "none");
   EXPECT_EQ(tools_.events.back(), "error 21: none");
-}
-
-TEST_F(Components, ResolveReferencesOfStoredTools) {
-  add_component(components_, "C1");
-  tools_.UpdateTool(static_cast<tdbTool*>(AddUse("T1", "C1")->GetRoot()));
-  const tdbTool* tool = tools_.RefreshTool("T1");
-  ASSERT_NE(tool, nullptr);
-  EXPECT_EQ(tool->GetHolderCount(), 1);
+  tools_.UpdateTool(tools_.GetToolByCode("T1", 1));
+  const tdbTool* read = tools_.RefreshTool("T1");
+  ASSERT_NE(read, nullptr);
+  EXPECT_EQ(read->GetHolderCount(), 1) << "resolved in what is stored, too";
 }
 
 /// The tool T1: a use of C1, on whose holder sits a cutter, at heights 100, 10 and 1.
 class Attached : public Components {
  protected:
   Attached() {
-    add_component(components_, "C1")->GetItem(0)->SetPos(AtHeight(10));
+    add_component(components_, "C1")->GetItem(0)->SetPos(at_height(10));
     use_ = AddUse("T1", "C1");
-    use_->SetPos(AtHeight(100));
-    cutter_ = new tdbToolCutter(0);
-    cutter_->SetName("cutter");
-    cutter_->SetPos(AtHeight(1));
-    static_cast<tdbToolHolder*>(use_->GetItem(0))->AddItem(cutter_);
+    use_->SetPos(at_height(100));
     tool_ = static_cast<tdbTool*>(use_->GetRoot());
+    cutter_ = new tdbToolCutter(0);
+    cutter_->SetPos(at_height(1));
+    Hang(cutter_);
   }
 
-  static Transformation<double> AtHeight(double z) {
-    Transformation<double> result;
-    result(2, 3) = z;
-    return result;
-  }
+  void Hang(tdbItem* item) { static_cast<tdbToolHolder*>(use_->GetItem(0))->AddItem(item); }
 
   tdbTool* tool_;
   tdbToolComponent* use_;
@@ -182,7 +102,6 @@ TEST_F(Attached, ItemsStayOnTheMemberOfTheirName) {
   const tdbItem* const old_member = cutter_->GetParent();
   tools_.UpdateToolComponents();
   ASSERT_EQ(tool_->GetCutterCount(), 1);
-  EXPECT_EQ(tool_->GetCutter(0), cutter_);
   EXPECT_NE(cutter_->GetParent(), old_member);
   EXPECT_EQ(cutter_->GetParent(), use_->GetItem(0));
   EXPECT_EQ(use_->GetItemCount(), 1U);
@@ -195,26 +114,19 @@ TEST_F(Attached, ItemsMoveUpWhenTheirMemberIsGone) {
   EXPECT_EQ(cutter_->GetParent(), tool_);
   EXPECT_EQ(cutter_->GetPos()(2, 3), 111) << "where it was";
   ASSERT_TRUE(tool_->HasError());
-  EXPECT_THAT(tool_->GetErrs()[0].message, HasSubstr("C1"));
+  EXPECT_THAT(tool_->GetErrs()[0].message, testing::HasSubstr("C1"));
 }
 
-TEST_F(Attached, ItemsOutliveTheComponent) {
-  EXPECT_TRUE(components_.RemoveToolComponentByCode("C1"));
-  ASSERT_EQ(tool_->GetItemCount(), 1U);
-  EXPECT_EQ(tool_->GetItem(0), cutter_);
-  EXPECT_EQ(cutter_->GetPos()(2, 3), 111);
-}
-
-TEST_F(Attached, UsesOnUsesAreLoadedToo) {
+TEST_F(Attached, ItemsAndUsesOutliveTheComponent) {
   add_component(components_, "C2", "first");
   auto* inner = new tdbToolComponent(0, "inner", "C2");
-  static_cast<tdbToolHolder*>(use_->GetItem(0))->AddItem(inner);
+  Hang(inner);
   tools_.UpdateToolComponents();
-  EXPECT_EQ(tool_->GetHolderCount(), 2);
-  EXPECT_EQ(inner->GetItemCount(), 1U);
+  EXPECT_EQ(tool_->GetHolderCount(), 2) << "a use on a use is loaded, too";
   EXPECT_TRUE(components_.RemoveToolComponentByCode("C1"));
   EXPECT_THAT((std::vector<const tdbItem*>{tool_->GetItem(0), tool_->GetItem(1)}),
               testing::UnorderedElementsAre(cutter_, inner));
+  EXPECT_EQ(cutter_->GetPos()(2, 3), 111);
   EXPECT_EQ(inner->GetItemCount(), 1U);
 }
 
@@ -232,11 +144,19 @@ constexpr RemovalCase kRemovals[] = {
        db.RemoveTool(mine.get());
      },
      1},
+    {"OneWhoseFileStays",
+     [](auto& db) {
+       std::filesystem::remove_all(db.GetFolderPath());
+       EXPECT_FALSE(db.RemoveToolComponentByCode("C1"));
+       EXPECT_EQ(db.GetCount(1), 2);
+     },
+     0},
     {"AllWithFiles", [](auto& db) { db.RemoveAllToolComponents(true, 1); }, 2},
     {"AllThoughTheFilesStay",
      [](auto& db) {
        std::filesystem::remove_all(db.GetFolderPath());
        db.RemoveAllToolComponents(true, 1);
+       EXPECT_EQ(db.GetCount(1), 0);
      },
      2},
     {"AllListed", [](auto& db) { db.RemoveAllToolComponents(false, 1); }, 2},
@@ -249,8 +169,7 @@ constexpr RemovalCase kRemovals[] = {
 class ComponentRemoval : public Components, public testing::WithParamInterface<RemovalCase> {};
 
 TEST_P(ComponentRemoval, CallsBackOnceWhileTheComponentIsListed) {
-  add_component(components_, "C1");
-  add_component(components_, "C2");
+  for (const char* code : {"C1", "C2"}) add_component(components_, code);
   struct Seen {
     WatchedComponents& db;
     int listed = 0;
@@ -271,63 +190,19 @@ TEST_P(ComponentRemoval, CallsBackOnceWhileTheComponentIsListed) {
 INSTANTIATE_TEST_SUITE_P(Ways, ComponentRemoval, testing::ValuesIn(kRemovals),
                          row_name<RemovalCase>);
 
-TEST_F(Components, KeepTheirUsesWhenTheirFileCannotBeDeleted) {
-  add_component(components_, "C1");
-  const tdbToolComponent* use = AddUse("T1", "C1");
-  std::filesystem::rename(scratch_.Path("components"), scratch_.Path("away"));
-  EXPECT_FALSE(components_.RemoveToolComponentByCode("C1"));
-  EXPECT_EQ(components_.GetCount(1), 1);
-  EXPECT_EQ(use->GetItemCount(), 1U);
-}
-
-TEST(ComponentLink, EndsWithTheToolDatabase) {
-  tdbToolComponentsDB components("", 1);
-  add_component(components, "C1");
-  {
-    tdbToolDB tools("", 1);
-    tools.LinkToolComponents(&components);
-    const tdbToolDB copy(tools);
-    EXPECT_EQ(copy.GetToolComponentDB(), &components);
-  }
-  EXPECT_TRUE(components.RemoveToolComponentByCode("C1"));
-}
-
-TEST(ComponentLink, EndsWithTheComponentsDatabase) {
-  tdbToolDB tools("", 1);
-  {
-    tdbToolComponentsDB components("", 1);
-    tools.LinkToolComponents(nullptr);
-    tools.LinkToolComponents(&components);
-  }
-  EXPECT_EQ(tools.GetToolComponentDB(), nullptr);
-  tools.UpdateToolComponents();
-  tdbToolComponentsDB next("", 1);
-  tools.LinkToolComponents(&next);
-  EXPECT_EQ(tools.GetToolComponentDB(), &next);
-}
-
-TEST(ComponentLink, LeavesTheCallbackOfAnotherAlone) {
-  tdbToolComponentsDB components("", 1);
-  add_component(components, "C1");
-  int calls = 0;
-  {
-    tdbToolDB tools("", 1);
-    tools.LinkToolComponents(&components);
-    components.SetBeforeDeleteCallback(
-        [](void* user, tdbToolComponent*) { ++*static_cast<int*>(user); }, &calls);
-  }
-  components.RemoveAllToolComponents(false, 1);
-  EXPECT_EQ(calls, 1);
-}
-
 /// A tool database with one use of C1.
 struct Tools {
   Tools() { tool->AddItem(new tdbToolComponent(0, "use", "C1")); }
 
-  bool HasUse() const { return tool->GetItemCount() == 1; }
-
   tdbToolDB db{"", 1};
   tdbTool* tool = add_tool(db, "T1");
+};
+
+struct Linked {
+  tdbToolComponentsDB first{"", 1};
+  tdbToolComponentsDB second{"", 1};
+  Tools mine;
+  Tools others;
 };
 
 void remove_c1(tdbToolComponentsDB& db) {
@@ -335,47 +210,89 @@ void remove_c1(tdbToolComponentsDB& db) {
   EXPECT_TRUE(db.RemoveToolComponentByCode("C1"));
 }
 
-class OneLink : public testing::Test {
- protected:
-  tdbToolComponentsDB first_{"", 1};
-  tdbToolComponentsDB second_{"", 1};
-  Tools tools_;
-  Tools others_;
+struct LinkCase {
+  std::string_view name;
+  void (*link)(Linked& all);
+  /// Who still has the use of C1 after its removal from the first components, or from the second.
+  std::string_view first, second;
 };
 
-TEST_F(OneLink, MovesToTheNextComponents) {
-  tools_.db.LinkToolComponents(&first_);
-  tools_.db.LinkToolComponents(&second_);
-  remove_c1(first_);
-  EXPECT_TRUE(tools_.HasUse());
-  remove_c1(second_);
-  EXPECT_FALSE(tools_.HasUse());
+constexpr LinkCase kLinks[] = {
+    {"MovesToTheNextComponents",
+     [](Linked& all) {
+       all.mine.db.LinkToolComponents(&all.first);
+       all.mine.db.LinkToolComponents(&all.second);
+     },
+     "mine others", "others"},
+    {"IsNotCopiedWithTheComponents",
+     [](Linked& all) {
+       all.mine.db.LinkToolComponents(&all.first);
+       tdbToolComponentsDB copy(all.first);
+       remove_c1(copy);
+       all.second = all.first;
+     },
+     "others", "mine others"},
+    {"EndsWhenTheToolsAreAssigned",
+     [](Linked& all) {
+       all.mine.db.LinkToolComponents(&all.first);
+       all.mine.db = all.others.db;
+     },
+     "mine others", "mine others"},
+    {"StaysWithTheToolsThatTookItOver",
+     [](Linked& all) {
+       all.mine.db.LinkToolComponents(&all.first);
+       all.others.db.LinkToolComponents(&all.first);
+       all.mine.db.LinkToolComponents(&all.second);
+     },
+     "mine", "others"},
+    {"EndsWithTheToolDatabase",
+     [](Linked& all) {
+       tdbToolDB gone("", 1);
+       gone.LinkToolComponents(&all.first);
+       const tdbToolDB copy(gone);
+       EXPECT_EQ(copy.GetToolComponentDB(), &all.first);
+     },
+     "mine others", "mine others"},
+    {"EndsWithTheComponentsDatabase",
+     [](Linked& all) {
+       {
+         tdbToolComponentsDB gone("", 1);
+         all.mine.db.LinkToolComponents(&gone);
+         all.mine.db.LinkToolComponents(nullptr);
+         EXPECT_EQ(all.mine.db.GetToolComponentDB(), &gone);
+       }
+       EXPECT_EQ(all.mine.db.GetToolComponentDB(), nullptr);
+       all.mine.db.UpdateToolComponents();
+       all.mine.db.LinkToolComponents(&all.second);
+     },
+     "mine others", "others"},
+    {"LeavesTheCallbackOfAnotherAlone",
+     [](Linked& all) {
+       tdbToolDB gone("", 1);
+       gone.LinkToolComponents(&all.first);
+       all.first.SetBeforeDeleteCallback(tdbToolDB::BeforeDeleteComponent, &all.others.db);
+     },
+     "mine", "mine others"},
+};
+
+class ComponentLink : public testing::TestWithParam<LinkCase> {
+ protected:
+  static std::string Left(tdbToolComponentsDB Linked::*components) {
+    Linked all;
+    GetParam().link(all);
+    remove_c1(all.*components);
+    const bool mine = all.mine.tool->GetItemCount() == 1;
+    const bool others = all.others.tool->GetItemCount() == 1;
+    return std::string(mine ? "mine" : "") + (mine && others ? " " : "") + (others ? "others" : "");
+  }
+};
+
+TEST_P(ComponentLink, IsOne) {
+  EXPECT_EQ(Left(&Linked::first), GetParam().first);
+  EXPECT_EQ(Left(&Linked::second), GetParam().second);
 }
 
-TEST_F(OneLink, IsNotCopiedWithTheComponents) {
-  tools_.db.LinkToolComponents(&first_);
-  tdbToolComponentsDB copy(first_);
-  second_ = first_;
-  remove_c1(copy);
-  remove_c1(second_);
-  EXPECT_TRUE(tools_.HasUse());
-}
-
-TEST_F(OneLink, EndsWhenTheToolsAreAssigned) {
-  tools_.db.LinkToolComponents(&first_);
-  tools_.db = others_.db;
-  remove_c1(first_);
-  EXPECT_TRUE(tools_.HasUse());
-}
-
-TEST_F(OneLink, StaysWithTheToolsThatTookItOver) {
-  tools_.db.LinkToolComponents(&first_);
-  others_.db.LinkToolComponents(&first_);
-  tools_.db.LinkToolComponents(&second_);
-  remove_c1(first_);
-  EXPECT_TRUE(tools_.HasUse());
-  EXPECT_FALSE(others_.HasUse());
-}
+INSTANTIATE_TEST_SUITE_P(Ways, ComponentLink, testing::ValuesIn(kLinks), row_name<LinkCase>);
 
 }  // namespace
 }  // namespace tooldb

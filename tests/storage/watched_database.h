@@ -43,12 +43,25 @@ class Watched : public Database {
     events.clear();
     errors_ = 0;
   }
+  /// The events, a line each, with "@" for the scratch folder.
+  std::string Told(const ScratchFolder& scratch) const {
+    std::string text;
+    for (const std::string& event : events) text += event + '\n';
+    const std::string path = scratch.Path();
+    for (auto at = text.find(path); at != std::string::npos; at = text.find(path)) {
+      text.replace(at, path.size(), "@");
+    }
+    return text;
+  }
 
   std::vector<std::string> events;
 
  private:
   int errors_ = 0;  // counted apart, for want of memory for the text
 };
+
+/// Bytes by path.
+using Files = std::map<std::string, std::string>;
 
 using WatchedTools = Watched<tdbToolDB>;
 using WatchedComponents = Watched<tdbToolComponentsDB>;
@@ -82,6 +95,13 @@ inline tdbToolComponent* add_component(tdbToolComponentsDB& db, const std::strin
                                        const std::string& holder = "Holder") {
   auto component = make_component(code, holder);
   return db.AddTool(component.get(), true) ? component.release() : nullptr;
+}
+
+/// A place above the origin.
+inline Transformation<double> at_height(double z) {
+  Transformation<double> place;
+  place(2, 3) = z;
+  return place;
 }
 
 inline std::vector<std::string> listed_codes(tdbToolDB& db) {
