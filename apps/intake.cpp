@@ -11,6 +11,7 @@
 #include "apps/text_rules.h"
 #include "apps/tool_folder.h"
 #include "apps/tree_items.h"
+#include "filters/plain_text.h"
 
 namespace tooldb {
 namespace {
@@ -51,7 +52,7 @@ class Taker {
       Guarded(line, [&] { TakeTool(source, entry, line); });
     }
     if (source.kind == SourceKind::kForeign && !has_failed(source.result)) {
-      report.missing = index_.NotMet(file_name_of(source.path));
+      report.missing = index_.NotMet(storable_text(file_name_of(source.path)));
     }
   }
 
@@ -96,15 +97,16 @@ class Taker {
   void TakeTool(const SourceFile& source, ImportEntry& entry, IntakeLine& line) {
     tdbTool& tool = *entry.tool;
     UseRenamedComponents(source, tool);
+    const std::string guid = storable_text(entry.guid);  // as the folder has it
     if (source.kind == SourceKind::kForeign) {
-      if (!entry.guid.empty()) tool.AddParam(kGuidParameter, entry.guid.c_str());
+      if (!guid.empty()) tool.AddParam(kGuidParameter, guid.c_str());
       tool.AddParam(kFileParameter, file_name_of(source.path).c_str());
     }
     PrepareTexts(tool, line);
     NoteReadErrors(tool, line);
     tool.SetModified(true);
     tool.Update();
-    FolderIndex::Known* known = index_.FindTool(tool.GetCode(), entry.guid);
+    FolderIndex::Known* known = index_.FindTool(tool.GetCode(), guid);
     if (known != nullptr) {
       TakeKnownTool(*known, tool, line);
     } else {
