@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <set>
+#include <algorithm>
 #include <sstream>
 
 #include "apps/display_text.h"
@@ -29,8 +29,7 @@ class Help : public testing::TestWithParam<Named> {};
 
 TEST_P(Help, FitsATerminalAndSaysWhatEveryOptionIs) {
   const auto& [path, command] = GetParam();
-  const std::string help = command_help(*command, path);
-  std::istringstream lines(help);
+  std::istringstream lines(command_help(*command, path));
   for (std::string line; std::getline(lines, line);) {
     const bool is_example = line.starts_with("  tooldb ") || line.starts_with("  source ");
     EXPECT_TRUE(is_example || display_width(line) <= 80) << line;
@@ -45,15 +44,19 @@ TEST_P(Help, FitsATerminalAndSaysWhatEveryOptionIs) {
 // Examples are what people copy: each must be a call of its command that the parser accepts.
 TEST_P(Help, HasExamplesThatAreCalls) {
   const auto& [path, command] = GetParam();
-  for (const Example& example : command->examples) {
-    EXPECT_NE(example.line.find("tooldb " + path.substr(0, path.size() - 1)), std::string::npos)
-        << example.line;
+  for (const auto& [line, meaning] : command->examples) {
+    const std::string call = "tooldb " + path;
+    ASSERT_NE(line.find(call), std::string_view::npos) << line;
+    const std::string_view words = line.substr(line.find(call) + call.size());
+    CLI::App parser;
+    const Action action = command->declare(parser);
+    EXPECT_NO_THROW(parser.parse(std::string(words.substr(0, words.find_first_of("|>)"))))) << line;
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, Help, testing::ValuesIn(all_commands()), [](const auto& row) {
   std::string name = row.param.path;
-  for (char& c : name) c = c == ' ' ? '_' : c;
+  std::ranges::replace(name, ' ', '_');
   return name;
 });
 

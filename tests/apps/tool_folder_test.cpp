@@ -61,13 +61,5 @@ TEST_F(ToolFolderTest, ReadsAFolderThatCannotBeWritten) {
   fs::permissions(path_, fs::perms::owner_all);
 }
 
-TEST_F(ToolFolderTest, RefusesASecondToolOfTheSameFileName) {
-  ToolFolder folder({path_, ""}, Use::kWrite, console_);
-  folder.AddNew(std::make_unique<tdbTool>("A/B"));
-  EXPECT_THROW(folder.AddNew(std::make_unique<tdbTool>("A/B")), Failure);
-  EXPECT_THROW(folder.AddNew(std::make_unique<tdbTool>("A{{47}}B")), Failure);
-  EXPECT_EQ(folder.Codes(), (std::vector<std::string>{"A/B", "T1"}));
-}
-
 }  // namespace
 }  // namespace tooldb

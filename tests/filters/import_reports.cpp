@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <set>
 
+#include "filters/quantity.h"
+#include "tooldb/type_names.h"
 #include "tooldb/util.h"
 
 namespace tooldb {
@@ -21,13 +23,13 @@ std::optional<std::string> read_file(const fs::path& path) {
 }
 
 void check_text(const std::string& text) {
-  EXPECT_EQ(text.find_first_of("<&\""), std::string::npos) << text;
   EXPECT_TRUE(std::ranges::none_of(text, [](char c) {
-    return static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\t';
+    return std::string_view("<&\"").find(c) != std::string_view::npos ||
+           (static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\t');
   })) << text;
 }
 
-void check_outline(tdbItem* item) {
+void check_item(void*, tdbItem* item) {
   check_text(item->GetName());
   for (const auto& [name, value] : item->GetParams()) check_text(value);
   if (auto* cutter = dynamic_cast<tdbToolCutter*>(item)) {
@@ -40,18 +42,12 @@ void check_outline(tdbItem* item) {
   }
 }
 
-void check_item(void*, tdbItem* item) { check_outline(item); }
-
 void check_tool(tdbTool& tool, std::set<std::string>& codes) {
   EXPECT_FALSE(tool.GetCode().empty());
   EXPECT_TRUE(codes.insert(tool.GetCode()).second) << tool.GetCode() << " comes twice";
+  for (const char* text : {tool.GetDescr(), tool.GetComment()}) check_text(text);
+  for (const auto& [name, value] : tool.GetParamList()) check_text(name + value);
   check_text(tool.GetCode());
-  check_text(tool.GetDescr());
-  check_text(tool.GetComment());
-  for (const auto& [name, value] : tool.GetParamList()) {
-    check_text(name);
-    check_text(value);
-  }
   tool.Visit(check_item, nullptr);
 }
 
@@ -70,7 +66,14 @@ ImportResult import_sample(const std::string& path) {
 }
 
 ImportResult import_text(std::string_view text, const std::string& file_name) {
-  return import_tools(text, file_name, nullptr);
+  ImportResult result = import_tools(text, file_name, nullptr);
+  check_import(result);
+  return result;
+}
+
+ImportEntry only_entry(ImportResult result) {
+  EXPECT_EQ(result.entries.size(), 1U);
+  return result.entries.empty() ? ImportEntry() : std::move(result.entries.front());
 }
 
 bool has_note(const ImportEntry& entry, NoteKind kind, std::string_view text) {
@@ -92,6 +95,21 @@ std::string dimensions(const tdbItem& item) {
     text += (text.empty() ? "" : " ") + name + "=" + value;
   }
   return text;
+}
+
+std::string summary(const ImportEntry& entry) {
+  if (!entry.tool) return "no tool";
+  tdbTool& tool = *entry.tool;
+  std::string text = tool.GetUnitOfMeasurement() == 0 ? "mm " : "in ";
+  text += tdbGetTypeName(tool) + " D" + short_text(tool.GetDiameter()) + " L" +
+          short_text(tool.GetLength() + 0.0);
+  tdbCuttingTool* cutting = cutting_tool(entry);
+  if (cutting == nullptr) return text;
+  text += ": " + cutting->GetTypeName();
+  if (const std::string sizes = dimensions(*cutting->GetCutter()); !sizes.empty())
+    text += " " + sizes;
+  if (cutting->GetShank() == nullptr) return text;
+  return text + "; shank " + short_text(cutting->GetShank()->GetLength());
 }
 
 void check_import(const ImportResult& result) {
