@@ -5,8 +5,6 @@
 #include <cmath>
 #include <utility>
 
-#include "filters/import.h"
-
 namespace tooldb {
 namespace {
 
@@ -138,7 +136,6 @@ std::unique_ptr<tdbCuttingTool> joined(std::unique_ptr<tdbToolCutter> cutter,
 }
 
 void set_component_mark(void*, tdbItem* item) { item->SetItemComponent(true); }
-void clear_component_mark(void*, tdbItem* item) { item->SetItemComponent(false); }
 
 }  // namespace
 
@@ -198,24 +195,6 @@ std::unique_ptr<tdbToolComponent> make_component_use(const tdbToolComponent& com
   auto use = std::make_unique<tdbToolComponent>(component);
   use->SetItemComponent(false);
   return use;
-}
-
-void embed_components(tdbTool& tool) {
-  std::vector<tdbToolComponent*> uses;
-  for (unsigned i = 0; i < tool.GetItemCount(); ++i) {
-    if (auto* use = dynamic_cast<tdbToolComponent*>(tool.GetItem(i))) uses.push_back(use);
-  }
-  for (tdbToolComponent* use : uses) {
-    while (use->GetItemCount() > 0) {
-      tdbItem* member = use->GetItem(0U);
-      use->RemoveItem(member, true);
-      member->SetPos(use->GetPos() * member->GetPos());
-      member->Visit(clear_component_mark, nullptr);
-      tool.AddItem(member);
-    }
-    tool.RemoveItem(use, false);
-  }
-  tool.Update();
 }
 
 }  // namespace tooldb

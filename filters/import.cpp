@@ -23,14 +23,11 @@ constexpr std::array<std::string_view, 1> kFusionExtensions = {".json"};
 constexpr std::array<std::string_view, 1> kFusionArchiveExtensions = {".tools"};
 
 constexpr auto kFormats = std::to_array<ImportFormat>({
-    {"freecad-bit", "FreeCAD tool bit", kBitExtensions, fits_freecad_bit, read_freecad_bit},
-    {"freecad-library", "FreeCAD tool library with the bits beside it", kLibraryExtensions,
-     fits_freecad_library, read_freecad_library},
-    {"freecad-holder", "FreeCAD tool holder", kHolderExtensions, fits_freecad_holder,
-     read_freecad_holder},
-    {"fusion", "Fusion tool library", kFusionExtensions, fits_fusion_json, read_fusion_json},
-    {"fusion-archive", "Fusion tool library, packed", kFusionArchiveExtensions, fits_fusion_archive,
-     read_fusion_archive},
+    {"freecad-bit", kBitExtensions, fits_freecad_bit, read_freecad_bit},
+    {"freecad-library", kLibraryExtensions, fits_freecad_library, read_freecad_library},
+    {"freecad-holder", kHolderExtensions, fits_freecad_holder, read_freecad_holder},
+    {"fusion", kFusionExtensions, fits_fusion_json, read_fusion_json},
+    {"fusion-archive", kFusionArchiveExtensions, fits_fusion_archive, read_fusion_archive},
 });
 
 bool has_extension(const ImportFormat& format, std::string_view lower_file_name) {
@@ -78,8 +75,6 @@ void make_codes_unique(ImportResult& result) {
 std::string_view note_kind_name(NoteKind kind) {
   return kNoteKindNames[static_cast<std::size_t>(kind)];
 }
-
-std::span<const ImportFormat> import_formats() { return kFormats; }
 
 const ImportFormat* find_import_format(std::string_view file_name, std::string_view bytes) {
   const std::string lower_name = lower_case(file_name);

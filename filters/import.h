@@ -65,7 +65,6 @@ using SiblingReader = std::function<std::optional<std::string>(const std::string
 /// One format that can be imported.
 struct ImportFormat {
   std::string_view name;                         ///< short, for a command line: "freecad-bit"
-  std::string_view description;                  ///< for a person: "FreeCAD tool bit"
   std::span<const std::string_view> extensions;  ///< lower case, with the dot
   /// True when the bytes look like this format, whatever the file is called.
   bool (*fits)(std::string_view bytes);
@@ -73,9 +72,6 @@ struct ImportFormat {
   void (*read)(std::string_view bytes, const std::string& file_name, const SiblingReader& siblings,
                ImportResult& result);
 };
-
-/// Every format, in the order in which they are tried.
-std::span<const ImportFormat> import_formats();
 
 /// The format of a file: by extension and content, else by content alone, else by extension alone;
 /// null when none fits.
@@ -88,14 +84,5 @@ const ImportFormat* find_import_format(std::string_view file_name, std::string_v
 ///         and a note of the kind kFailed
 ImportResult import_tools(std::string_view bytes, const std::string& file_name,
                           const SiblingReader& siblings);
-
-/// Puts copies of their members in the place of the components that a tool uses: for a library of
-/// tools that has no components library beside it.
-void embed_components(tdbTool& tool);
-
-/// Texts of a tool or component cannot hold '<', '&', '"' and control characters in files. The
-/// import has put the full-width forms (U+FF1C, U+FF06, U+FF02) in place of the first three; this
-/// turns them back, for exports to formats that can hold them.
-std::string with_plain_marks(std::string_view text);
 
 }  // namespace tooldb

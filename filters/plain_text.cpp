@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "filters/import.h"
-
 namespace tooldb {
 namespace {
 
@@ -97,18 +95,6 @@ std::string_view at_most(std::string_view text, std::size_t size) {
   if (text.size() <= size) return text;
   while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
   return text.substr(0, size);
-}
-
-std::string with_plain_marks(std::string_view text) {
-  std::string plain;
-  while (!text.empty()) {
-    const auto* mark =
-        std::ranges::find_if(kMarks, [&](const Mark& m) { return text.starts_with(m.full_width); });
-    const bool found = mark != kMarks.end();
-    plain += found ? mark->plain : text.front();
-    text.remove_prefix(found ? mark->full_width.size() : 1);
-  }
-  return plain;
 }
 
 }  // namespace tooldb
