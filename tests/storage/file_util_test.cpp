@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/geom/row_name.h"
 #include "tests/storage/faulty_file_system.h"
 #include "tests/storage/scratch_folder.h"
 #include "tooldb/file_manager.h"
@@ -12,34 +11,25 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Key;
 using testing::Pair;
 using testing::UnorderedElementsAre;
 
-struct PathCase {
-  std::string_view name, path, stem, extension;
-};
-
-constexpr PathCase kPaths[] = {
-    {"Plain", "/a/b/T1.ktf", "T1", ".ktf"},
-    {"NoFolder", "T1.ktf", "T1", ".ktf"},
-    {"DotInTheCode", "/a/D10.5.ktf", "D10.5", ".ktf"},
-    {"DotInTheFolder", "/a.b/T1", "T1", ""},
-    {"CodeOfDots", "/a/...ktf", "..", ".ktf"},
-    {"OnlyExtension", "/a/.ktf", "", ".ktf"},
-};
-
-class FilePath : public testing::TestWithParam<PathCase> {};
-
-TEST_P(FilePath, Splits) {
-  std::string stem;
-  std::string extension;
-  tdbFileUtil::get_file_name(std::string(GetParam().path), stem);
-  tdbFileUtil::get_file_extension(std::string(GetParam().path), extension);
-  EXPECT_EQ(stem, GetParam().stem);
-  EXPECT_EQ(extension, GetParam().extension);
+TEST(FilePath, HasAStemAndAnExtension) {
+  const struct {
+    const char *path, *stem, *extension;
+  } kPaths[] = {{"/a/b/T1.ktf", "T1", ".ktf"},     {"T1.ktf", "T1", ".ktf"},
+                {"/a/D10.5.ktf", "D10.5", ".ktf"}, {"/a.b/T1", "T1", ""},
+                {"/a/...ktf", "..", ".ktf"},       {"/a/.ktf", "", ".ktf"}};
+  for (const auto& [path, stem, extension] : kPaths) {
+    std::string name;
+    std::string end;
+    tdbFileUtil::get_file_name(path, name);
+    tdbFileUtil::get_file_extension(path, end);
+    EXPECT_EQ(name, stem) << path;
+    EXPECT_EQ(end, extension) << path;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Paths, FilePath, testing::ValuesIn(kPaths), row_name<PathCase>);
 
 TEST(FilePath, LiesInAFolderByItsParts) {
   const struct {
@@ -68,38 +58,35 @@ TEST(Folder, ListsOneExtensionInByteOrder) {
   EXPECT_EQ(tdbFileUtil::get_file_count(scratch.Path(), ".ktcf"), 1);
 }
 
-TEST(Folder, LosesItsFilesButNoFolder) {
+TEST(Folder, LosesEveryFileThatCanGoAndNoFolder) {
   const ScratchFolder scratch;
   scratch.MakeFolder("inner");
-  scratch.MakeFile("inner/kept.ktf", "");
-  scratch.MakeFile("a.ktf", "");
-  scratch.MakeFile("b.stl", "");
-  tdbFileUtil::remove_all_file_into_directory(scratch.Path());
-  EXPECT_THAT(scratch.Files(), ElementsAre(Pair("inner/kept.ktf", "")));
-}
-
-TEST(Folder, LosesWhatItCanWhenOneFileStays) {
-  const ScratchFolder scratch;
+  for (const char* name : {"a", "b", "c", "inner/kept"}) scratch.MakeFile(name, "");
   FaultyFileSystem disk;
   const ScopedFileSystem use(disk);
-  for (const char* name : {"a", "b", "c"}) scratch.MakeFile(name, "");
   disk.Let([&](const FileCall& call) { return call.path == scratch.Path("b"); });
   EXPECT_THROW(tdbFileUtil::remove_all_file_into_directory(scratch.Path()), tdbError);
-  EXPECT_THAT(scratch.Files(), ElementsAre(Pair("b", "")));
+  EXPECT_THAT(scratch.Files(), ElementsAre(Key("b"), Key("inner/kept")));
+  disk.Let(nullptr);
+  tdbFileUtil::remove_all_file_into_directory(scratch.Path());
+  EXPECT_THAT(scratch.Files(), ElementsAre(Key("inner/kept")));
 }
 
 TEST(Folder, IsWritableOnlyWhenAFileCanBeMade) {
   const ScratchFolder scratch;
-  const std::string file = scratch.MakeFile("file", "");
-  const std::string missing = scratch.Path("missing");
   tdbError error(7);
   EXPECT_TRUE(tdbFileUtil::is_directory_writable(scratch.Path(), error));
-  EXPECT_EQ(scratch.Files().size(), 1U) << "the probe file is gone";
-  for (const std::string& folder : {file, missing}) {
+  EXPECT_TRUE(scratch.Files().empty()) << "the probe file is gone";
+  for (const std::string& folder : {scratch.MakeFile("file", ""), scratch.Path("missing")}) {
     EXPECT_FALSE(tdbFileUtil::is_directory_writable(folder, error));
     EXPECT_EQ(error.message, folder);
   }
   EXPECT_EQ(error.code, 7);
+  FaultyFileSystem disk;
+  const ScopedFileSystem use(disk);
+  disk.Let([](const FileCall& call) { return call.kind == FileCall::Kind::kRemove; });
+  EXPECT_TRUE(tdbFileUtil::is_directory_writable(scratch.Path(), error));
+  EXPECT_THAT(error.message, HasSubstr(scratch.Path() + '/')) << "the probe that stays";
 }
 
 TEST(Folder, LosesTheProbesOfKilledProcessesAtInit) {
@@ -119,16 +106,6 @@ TEST(Folder, LosesTheProbesOfKilledProcessesAtInit) {
   EXPECT_TRUE(files.Init(folder, error)) << error.message;
   EXPECT_THAT(scratch.Files(),
               UnorderedElementsAre(Pair(own_text, "somebody's own"), Pair(own_empty, "")));
-}
-
-TEST(Folder, IsWritableThoughTheProbeCannotBeRemoved) {
-  const ScratchFolder scratch;
-  FaultyFileSystem disk;
-  const ScopedFileSystem use(disk);
-  disk.Let([](const FileCall& call) { return call.kind == FileCall::Kind::kRemove; });
-  tdbError error;
-  EXPECT_TRUE(tdbFileUtil::is_directory_writable(scratch.Path(), error));
-  EXPECT_THAT(error.message, HasSubstr(scratch.Path()));
 }
 
 TEST(Folder, TakesFilesOverUnderAnotherExtension) {
@@ -158,43 +135,51 @@ TEST(File, CopiesOntoItselfUnharmed) {
   EXPECT_THAT(scratch.Files(), ElementsAre(Pair("a.stl", "solid")));
 }
 
-struct FailingCall {
-  std::string_view name;
-  void (*call)(const std::string& path);
-};
-
-// Each on a path below a file, which no system allows.
-constexpr FailingCall kFailingCalls[] = {
-    {"Read",
-     [](const std::string& path) {
-       std::string text;
-       tdbFileUtil::read_file(path, text);
-     }},
-    {"Write", [](const std::string& path) { tdbFileUtil::write_file(path, "x"); }},
-    {"Remove", [](const std::string& path) { tdbFileUtil::remove_file(path); }},
-    {"Rename", [](const std::string& path) { tdbFileUtil::rename_file(path, path + "2"); }},
-    {"CreateFolder", [](const std::string& path) { tdbFileUtil::create_directory(path); }},
-    {"Time", [](const std::string& path) { tdbFileUtil::get_last_write_time(path); }},
-    {"Count", [](const std::string& path) { tdbFileUtil::get_file_count(path, ".ktf"); }},
-};
-
-class FileFailure : public testing::TestWithParam<FailingCall> {};
-
-TEST_P(FileFailure, NamesThePathAndTheReason) {
+TEST(FileCalls, NameThePathAndTheReason) {
+  // Each on a path below a file, which no system allows.
+  void (*const kCalls[])(const std::string& path) = {
+      [](const std::string& path) { file_system().Open(path); },
+      [](const std::string& path) { file_system().Read(path); },
+      [](const std::string& path) { tdbFileUtil::write_file(path, "x"); },
+      [](const std::string& path) { tdbFileUtil::remove_file(path); },
+      [](const std::string& path) { tdbFileUtil::rename_file(path, path + "2"); },
+      [](const std::string& path) { tdbFileUtil::create_directory(path); },
+      [](const std::string& path) { tdbFileUtil::get_last_write_time(path); },
+      [](const std::string& path) { tdbFileUtil::get_file_count(path, ".ktf"); },
+  };
   const ScratchFolder scratch;
   const std::string path = scratch.MakeFile("file", "") + "/inner";
-  try {
-    GetParam().call(path);
-    FAIL() << "nothing raised";
-  } catch (const tdbError& error) {
-    EXPECT_EQ(error.code, 1);
-    EXPECT_EQ(error.message.find(path + ": "), 0U) << error.message;
-    EXPECT_GT(error.message.size(), path.size() + 5);
+  for (const auto& call : kCalls) {
+    SCOPED_TRACE(&call - kCalls);
+    try {
+      call(path);
+      ADD_FAILURE() << "nothing raised";
+    } catch (const tdbError& error) {
+      EXPECT_EQ(error.code, 1);
+      EXPECT_EQ(error.message.find(path + ": "), 0U) << error.message;
+      EXPECT_GT(error.message.size(), path.size() + 5);
+    }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Calls, FileFailure, testing::ValuesIn(kFailingCalls),
-                         row_name<FailingCall>);
+TEST(InputFile, GivesEveryPart) {
+  const ScratchFolder scratch;
+  const std::string digits = "0123456789";
+  const std::string path = scratch.MakeFile("digits", digits);
+  EXPECT_THROW(file_system().Open(scratch.MakeFolder("folder")), FileError);
+  FaultyFileSystem disk;
+  const std::unique_ptr<InputFile> files[] = {file_system().Open(path), disk.Open(path)};
+  for (const auto& file : files) {
+    EXPECT_EQ(file->Size(), digits.size());
+    for (const std::size_t offset : {0U, 1U, 5U, 9U, 10U, 11U, 1000U}) {
+      for (std::size_t size = 0; size < 12; ++size) {
+        std::string bytes(size, '?');
+        bytes.resize(file->Read(offset, bytes.data(), size));
+        EXPECT_EQ(bytes, digits.substr(std::min(offset, digits.size()), size));
+      }
+    }
+  }
+}
 
 TEST(RandomNames, HaveTheLengthAndTheAlphabet) {
   EXPECT_EQ(tdbUtil::generate_random_string(0, "ab"), "");

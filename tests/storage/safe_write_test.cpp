@@ -41,15 +41,6 @@ TEST(TemporaryName, IsKnownAndShort) {
   }
 }
 
-#ifndef _WIN32  // the whole path is bounded there
-TEST(SafeWrite, FitsBesideTheLongestName) {
-  const ScratchFolder scratch;
-  const std::string name = std::string(251, 'x') + ".ktf";
-  replace_file(scratch.Path(name), "text");
-  EXPECT_THAT(scratch.Files(), ElementsAre(Pair(name, "text")));
-}
-#endif
-
 TEST(SafeWrite, PassesByTheNamesThatAreTaken) {
   const ScratchFolder scratch;
   FaultyFileSystem disk;
