@@ -47,19 +47,10 @@ bool is_read(const std::string& text) {
   return true;
 }
 
-TEST(Damage, ATextThatIsCutIsNoTool) {
-  for (const std::string& text : sample_tools()) {
-    const std::size_t end = text.rfind("</TOOL>") + std::string_view("</TOOL>").size();
-    ASSERT_TRUE(is_read(text));
-    for (std::size_t size = 0; size < end; size += std::min(stride(), end - size)) {
-      EXPECT_FALSE(is_read(text.substr(0, size))) << "cut to " << size << " bytes";
-    }
-  }
-}
-
 TEST(Damage, AByteThatIsFlippedDoesNoHarm) {
   std::size_t reads = 0;
   for (std::string text : sample_tools()) {
+    EXPECT_TRUE(is_read(text));
     for (std::size_t at = 0; at < text.size(); at += stride()) {
       for (const char flip : {'\x01', '\x20', '\x80', '\xff'}) {
         text[at] = static_cast<char>(text[at] ^ flip);

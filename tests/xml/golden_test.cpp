@@ -6,6 +6,7 @@
 #include <fstream>
 #include <random>
 
+#include "tests/geom/row_name.h"
 #include "tests/xml/golden_documents.h"
 #include "tooldb/xml_reader.h"
 
@@ -91,7 +92,7 @@ TEST_P(Golden, RandomEditsGiveAnObjectOrAnError) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Documents, Golden, testing::ValuesIn(kGoldenDocuments),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         row_name<GoldenDocument>);
 
 // TOOLDB_LOCALES is a folder with de_DE.UTF-8, made when the tests are configured.
 const char* set_decimal_comma() {

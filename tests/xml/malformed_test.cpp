@@ -1,8 +1,8 @@
 // Documents that are broken, stored otherwise, or too much.
 
 #include <fstream>
-#include <random>
 
+#include "tests/geom/row_name.h"
 #include "tests/xml/xml_fixture.h"
 #include "tooldb/platform/file_system.h"
 #include "tooldb/xml/text_encoding.h"
@@ -78,8 +78,7 @@ TEST_P(Malformed, IsRefusedWithLineAndRemedy) {
   EXPECT_NE(error.message.find(row.message), std::string::npos) << error.message.substr(0, 300);
   EXPECT_LT(error.message.size(), 400U);
 }
-INSTANTIATE_TEST_SUITE_P(Texts, Malformed, testing::ValuesIn(kBroken),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Texts, Malformed, testing::ValuesIn(kBroken), row_name<BrokenCase>);
 
 // An export of sound tools with a fault between them: what the import brings, and its errors.
 struct RecoveryCase {
@@ -131,8 +130,7 @@ TEST_P(Recovery, LosesOnlyTheBrokenEntry) {
     EXPECT_NE(errors[i].message.find(GetParam().errors[i]), std::string::npos) << errors[i].message;
   }
 }
-INSTANTIATE_TEST_SUITE_P(Exports, Recovery, testing::ValuesIn(kRecoveries),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Exports, Recovery, testing::ValuesIn(kRecoveries), row_name<RecoveryCase>);
 
 TEST(Recovery, OfComponentsGoesOnAtTheNextWithoutAParent) {
   const char* text =
@@ -211,8 +209,7 @@ TEST_P(Encoding, BecomesUtf8) {
   std::string storage;
   EXPECT_EQ(document_text(GetParam().bytes, storage), GetParam().text);
 }
-INSTANTIATE_TEST_SUITE_P(Texts, Encoding, testing::ValuesIn(kEncodings),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Texts, Encoding, testing::ValuesIn(kEncodings), row_name<EncodingCase>);
 
 TEST(Encoding, AZeroByteIsRefusedWithItsLine) {
   std::string storage;
@@ -261,8 +258,7 @@ TEST_P(ToolFile, IsToldAndReadWithTheCodeOfItsName) {
     EXPECT_EQ(error.message.find(path + ": "), 0U) << error.message;
   }
 }
-INSTANTIATE_TEST_SUITE_P(Files, ToolFile, testing::ValuesIn(kFiles),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Files, ToolFile, testing::ValuesIn(kFiles), row_name<FileCase>);
 
 }  // namespace
 }  // namespace tooldb

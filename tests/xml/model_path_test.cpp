@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/geom/row_name.h"
+
 namespace tooldb {
 namespace {
 
@@ -51,8 +53,7 @@ TEST_P(ModelPath, IsStoredAndFoundAgain) {
   EXPECT_EQ(found, row.resolved == nullptr ? row.path : row.resolved);
   EXPECT_EQ(stored_model_path(found, row.search), row.stored);
 }
-INSTANTIATE_TEST_SUITE_P(Paths, ModelPath, testing::ValuesIn(kPaths),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Paths, ModelPath, testing::ValuesIn(kPaths), row_name<PathCase>);
 
 }  // namespace
 }  // namespace tooldb
