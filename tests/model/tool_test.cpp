@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <limits>
 #include <memory>
 
-#include "tests/geom/row_name.h"
 #include "tooldb/tool_parts.h"
 
 namespace {
@@ -30,12 +28,6 @@ TEST(Tool, TraceColorStaysInItsRange) {
   }
 }
 
-TEST(Tool, TurningToolsAreTypesThreeAndNine) {
-  for (int type = -1; type <= 12; ++type) {
-    EXPECT_EQ(tdbTool("T", type).IsTurningTool(), type == 3 || type == 9) << type;
-  }
-}
-
 TEST(Tool, ParameterPairsMayRepeat) {
   tdbTool tool("T1");
   tool.AddParam("A", "1");
@@ -53,46 +45,34 @@ TEST(Tool, ParameterPairsMayRepeat) {
   EXPECT_STREQ(tool.GetParamValue("A"), "3");
 }
 
-struct OffsetCase {
-  const char* name;
-  VarIndex field;
-  double value;
-  double appended;  ///< what the field holds after the call on an empty list
-  double set;       ///< what it holds after the same call on an existing record
-};
-
-class OffsetField : public testing::TestWithParam<OffsetCase> {};
-
-TEST_P(OffsetField, IsSetOnANewAndOnAnExistingRecord) {
-  const auto& row = GetParam();
-  const auto read = [&row](const OFFSET_VALUE& v) {
-    const double fields[] = {
-        v.DX, v.DY, v.DZ, v.RAD, static_cast<double>(v.POS), v.ABS ? 1.0 : 0.0};
-    return fields[static_cast<int>(row.field)];
+TEST(Tool, AnOffsetIsSetOnANewAndOnAnExistingRecord) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  const struct {
+    VarIndex field;
+    double value;
+    OFFSET_VALUE appended;  ///< by the call on an empty list
+    OFFSET_VALUE set;       ///< by the same call on that record
+  } kCases[] = {
+      {VarIndex::DX, 1.5, {.DX = 1.5}, {.DX = 1.5}},
+      {VarIndex::DY, -2.5, {.DY = -2.5}, {.DY = -2.5}},
+      {VarIndex::DZ, 3.9, {.DZ = 3.9}, {.DZ = 3.9}},
+      {VarIndex::RAD, 4.9, {.RAD = 4.9}, {.RAD = 4.9}},
+      {VarIndex::POS, 3.9, {.POS = 3}, {.POS = 3}},
+      {VarIndex::POS, -3.9, {.POS = -3}, {.POS = -3}},
+      {VarIndex::POS, 1e300, {.POS = kMost}, {.POS = kMost}},
+      {VarIndex::ABS, 1, {}, {.ABS = true}},
+      {VarIndex::ABS, 0.9, {}, {}},
   };
-  tdbTool tool("T1");
-  tool.AddOffsetParam(7, row.field, row.value);
-  ASSERT_EQ(tool.GetOffsetParamCount(), 1);
-  EXPECT_EQ(tool.GetOffsetParam(0).index, 7);
-  EXPECT_EQ(read(tool.GetOffsetParam(0)), row.appended);
-  tool.AddOffsetParam(7, row.field, row.value);
-  ASSERT_EQ(tool.GetOffsetParamCount(), 1);
-  EXPECT_EQ(read(tool.GetOffsetParam(0)), row.set);
+  for (auto row : kCases) {
+    tdbTool tool("T1");
+    for (OFFSET_VALUE* expected : {&row.appended, &row.set}) {
+      expected->index = 7;
+      tool.AddOffsetParam(7, row.field, row.value);
+      ASSERT_EQ(tool.GetOffsetParamCount(), 1);
+      EXPECT_EQ(tool.GetOffsetParam(0), *expected) << row.value;
+    }
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Tool, OffsetField,
-    testing::Values(OffsetCase{"Dx", VarIndex::DX, 1.5, 1.5, 1.5},
-                    OffsetCase{"Dy", VarIndex::DY, -2.5, -2.5, -2.5},
-                    OffsetCase{"Dz", VarIndex::DZ, 3.9, 3.9, 3.9},
-                    OffsetCase{"Rad", VarIndex::RAD, 4.9, 4.9, 4.9},
-                    OffsetCase{"PosTruncates", VarIndex::POS, 3.9, 3, 3},
-                    OffsetCase{"NegativePosTruncates", VarIndex::POS, -3.9, -3, -3},
-                    OffsetCase{"HugePos", VarIndex::POS, 1e300, std::numeric_limits<int>::max(),
-                               std::numeric_limits<int>::max()},
-                    OffsetCase{"AbsOnlyOnAnExistingRecord", VarIndex::ABS, 1, 0, 1},
-                    OffsetCase{"SmallAbs", VarIndex::ABS, 0.9, 0, 0}),
-    row_name<OffsetCase>);
 
 TEST(Tool, OffsetRecordsAreKeyedByTheirFirstIndex) {
   tdbTool tool("T1");
@@ -183,59 +163,5 @@ TEST(Tool, RemovedHoldersStayListedByTheirParents) {
   tool->RemoveItem(last.get(), true);
   EXPECT_TRUE(tool->RemoveItem(outer, true));
 }
-
-struct ToolChange {
-  const char* name;
-  std::function<void(tdbTool&)> apply;
-  bool equal;
-};
-
-class ToolEquality : public testing::TestWithParam<ToolChange> {};
-
-TEST_P(ToolEquality, CopiesCarryTheFieldAndComparisonSeesIt) {
-  const tdbTool original("T1");
-  tdbTool changed("T1");
-  GetParam().apply(changed);
-  EXPECT_EQ(original == changed, GetParam().equal);
-  const std::unique_ptr<tdbItem> clone(changed.Clone());
-  EXPECT_EQ(*dynamic_cast<tdbTool*>(clone.get()), changed);
-  tdbTool assigned("other");
-  assigned = changed;
-  EXPECT_EQ(assigned, changed);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Fields, ToolEquality,
-    testing::Values(
-        ToolChange{"Description", [](auto& tool) { tool.SetDescr("d"); }, false},
-        ToolChange{"Comment", [](auto& tool) { tool.SetComment("c"); }, false},
-        ToolChange{"Color", [](auto& tool) { tool.SetTraceColor(2); }, false},
-        ToolChange{"AutoColor", [](auto& tool) { tool.SetAutoColor(false); }, false},
-        ToolChange{"Pair", [](auto& tool) { tool.AddParam("A", "1"); }, false},
-        ToolChange{"Offset", [](auto& tool) { tool.AddOffsetParam(OFFSET_VALUE()); }, false},
-        ToolChange{"Tolerance", [](auto& tool) { tool.SetToolModelTolerance(1); }, false},
-        ToolChange{"OffsetY", [](auto& tool) { tool.SetOffsetY(1); }, false},
-        ToolChange{"Diameter", [](auto& tool) { tool.SetDiameter(1); }, false},
-        ToolChange{"DeltaZ", [](auto& tool) { tool.SetDeltaZ(1); }, false},
-        ToolChange{"AutoTcp", [](auto& tool) { tool.SetAutoTcp(false); }, false},
-        ToolChange{"SubType", [](auto& tool) { tool.SetSubType(7); }, false},
-        ToolChange{"Milling", [](auto& tool) { tool.GetCutCond().SetDc(3); }, false},
-        ToolChange{"Turning", [](auto& tool) { tool.GetTurningCutCond().SetCornerRadius(3); },
-                   false},
-        ToolChange{"Section", [](auto& tool) { tool.EnableSection(true); }, false},
-        ToolChange{"SectionStart", [](auto& tool) { tool.SetSectionStartAngle(1); }, false},
-        ToolChange{"SectionSpan", [](auto& tool) { tool.SetSectionSpanAngle(1); }, false},
-        ToolChange{"Extension", [](auto& tool) { tool.SetCutterExtensionEnabled(true); }, false},
-        ToolChange{"ExtensionValue", [](auto& tool) { tool.SetCutterExtensionValue(0); }, false},
-        ToolChange{"ExtensionStep", [](auto& tool) { tool.SetCutterExtensionStep(0); }, false},
-        ToolChange{"ExtensionMax", [](auto& tool) { tool.SetCutterExtensionMax(0); }, false},
-        ToolChange{"Legacy",
-                   [](auto& tool) {
-                     tdbLegacyToolData legacy;
-                     legacy.max_spindle = 5;
-                     tool.SetLegacyData(legacy);
-                   },
-                   true}),
-    row_name<ToolChange>);
 
 }  // namespace

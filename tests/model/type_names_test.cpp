@@ -9,53 +9,33 @@
 
 namespace {
 
-struct NameCase {
-  std::string_view name;
-  const tdbItem& item;
-  std::string_view type_name;
-};
-
-const tdbTool kTap("T", 5);
-const tdbTool kOtherTool("T", 4);
-const tdbCuttingTool kInsert(17);
-const tdbCuttingTool kNoCuttingTool(27);
-const tdbToolCutter kBall(1);
-const tdbToolCutter kUnnamedCutter(20);
-const tdbToolShank kCone(1);
-const tdbToolHolder kModel(3);
-const tdbFixedLink kLink(0);
-const tdbToolComponent kComponent(0);
-
-class TypeNames : public testing::TestWithParam<NameCase> {};
-
-TEST_P(TypeNames, AreThoseOfFiles) {
-  EXPECT_EQ(tdbGetTypeName(GetParam().item), GetParam().type_name);
-}
-
-TEST_P(TypeNames, AreFoundAgain) {
-  for (const auto& name : tdbGetTypeNames(GetParam().item)) {
-    const std::unique_ptr<tdbItem> copy(GetParam().item.Clone());
-    copy->SetType(tdbGetTypeByName(*copy, name));
-    EXPECT_EQ(tdbGetTypeName(*copy), name);
+TEST(TypeNames, AreThoseOfFilesAndFoundAgain) {
+  const std::pair<std::shared_ptr<tdbItem>, const char*> kItems[] = {
+      {std::make_shared<tdbTool>("T", 5), "TAP"},
+      {std::make_shared<tdbTool>("T", 4), "PROBE"},
+      {std::make_shared<tdbCuttingTool>(17), "TURNING_INSERT_ROMBOID"},
+      {std::make_shared<tdbCuttingTool>(27), "UNDEF"},
+      {std::make_shared<tdbToolCutter>(1), "SPHERIC"},
+      {std::make_shared<tdbToolCutter>(20), "CUSTOM_REVOLUTED"},
+      {std::make_shared<tdbToolShank>(1), "CONE"},
+      {std::make_shared<tdbToolHolder>(3), "STL"},
+      {std::make_shared<tdbFixedLink>(0), "TRANSFORMATION"},
+      {std::make_shared<tdbToolComponent>(0), ""},
+  };
+  for (const auto& [item, type_name] : kItems) {
+    EXPECT_EQ(tdbGetTypeName(*item), type_name);
+    EXPECT_EQ(tdbGetTypeByName(*item, "mill_flatend"), -1);
+    for (const auto& name : tdbGetTypeNames(*item)) {
+      item->SetType(tdbGetTypeByName(*item, name));
+      EXPECT_EQ(tdbGetTypeName(*item), name);
+    }
   }
-  EXPECT_EQ(tdbGetTypeByName(GetParam().item, "mill_flatend"), -1);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Classes, TypeNames,
-    testing::Values(NameCase{"Tool", kTap, "TAP"}, NameCase{"OtherTool", kOtherTool, "PROBE"},
-                    NameCase{"CuttingTool", kInsert, "TURNING_INSERT_ROMBOID"},
-                    NameCase{"NoCuttingTool", kNoCuttingTool, "UNDEF"},
-                    NameCase{"Cutter", kBall, "SPHERIC"},
-                    NameCase{"UnnamedCutter", kUnnamedCutter, "CUSTOM_REVOLUTED"},
-                    NameCase{"Shank", kCone, "CONE"}, NameCase{"Holder", kModel, "STL"},
-                    NameCase{"Link", kLink, "TRANSFORMATION"},
-                    NameCase{"Component", kComponent, ""}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(TypeNamesOfOlderFiles, AreReadButNotListed) {
-  EXPECT_EQ(tdbGetTypeByName(kBall, "CUSTOM"), 5);
-  for (const auto& name : tdbGetTypeNames(kBall)) EXPECT_NE(name, "CUSTOM");
+  const tdbToolCutter cutter(1);
+  EXPECT_EQ(tdbGetTypeByName(cutter, "CUSTOM"), 5);
+  for (const auto& name : tdbGetTypeNames(cutter)) EXPECT_NE(name, "CUSTOM");
 }
 
 }  // namespace
