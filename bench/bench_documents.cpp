@@ -16,7 +16,7 @@ namespace {
 
 double import(const std::string& text, int expected) {
   tdbToolDB db("bench", 1);
-  const double time = cpu_seconds([&] { db.ImportFromXml(text.c_str(), {}); });
+  const double time = seconds([&] { db.ImportFromXml(text.c_str(), {}); });
   if (db.GetToolCount(1) != expected) throw std::runtime_error("tools are missing");
   return time;
 }
@@ -162,7 +162,7 @@ std::vector<Figure> bench_documents(const Options& options) {
          .goal = 0.8},
         options.rounds, [&] { return import(text, count); },
         [&] {
-          return cpu_seconds([&] {
+          return seconds([&] {
             tinyxml2::XMLDocument document;
             document.Parse(text.data(), text.size());
             keep(document.RootElement());

@@ -12,14 +12,14 @@ namespace {
 double read_library(const std::filesystem::path& folder, int expected) {
   tdbToolDB db("bench", 0);
   if (!db.Init(folder.string())) throw std::runtime_error("cannot open " + folder.string());
-  const double time = cpu_seconds([&db] { db.Read(); });
+  const double time = seconds([&db] { db.Read(); });
   if (db.GetToolCount(1) != expected) throw std::runtime_error("tools are missing");
   return time;
 }
 
 /// What any reader must do: list the folder, read each file, parse it.
 double parse_files(const std::filesystem::path& folder) {
-  return cpu_seconds([&folder] {
+  return seconds([&folder] {
     std::vector<std::filesystem::path> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
       names.push_back(entry.path());

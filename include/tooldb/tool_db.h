@@ -23,7 +23,9 @@ class tdbToolComponentsDB;
 /// Operations with a `tdbError&` fill it when they answer false; those without hand the error to
 /// the error callback. Error codes: 19 a file of that code exists, 21 component not found, 22
 /// empty code, otherwise that of the file operation. No exception leaves the library, and one that
-/// a callback raises is dropped. One thread at a time uses a database and its tools.
+/// a callback raises is dropped. One thread at a time uses a database and its tools. Folders and
+/// exports are read on all cores, yet every callback is made on the caller's thread, in the order
+/// of the files.
 /// A file that is written is flushed before it takes its name, and the folder before the operation
 /// returns; imports, `Export` and the removal of all tools flush the folder once, at their end.
 /// Should only that flush fail, the change stands and the error callback hears that a power cut may

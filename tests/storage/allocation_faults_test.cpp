@@ -25,7 +25,7 @@ std::atomic<long> blocks_in_use = 0;
 
 bool allocation_fails() {
   if (!shortage.inside || shortage.fails < 0) return false;
-  const long number = shortage.passed++;
+  const long number = std::atomic_ref(shortage.passed)++;  // readers share the work
   return number == shortage.fails || (shortage.lasting && number > shortage.fails);
 }
 

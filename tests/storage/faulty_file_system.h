@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -116,6 +117,7 @@ class FaultyFileSystem final : public FileSystem {
 
   [[noreturn]] static void Fail(const std::string& path) { throw FileError(path, "made to fail"); }
   bool ShouldFail(Kind kind, const std::string& path) {
+    const std::scoped_lock lock(mutex_);  // files are read on many threads
     ++calls_;
     return fails_ && fails_(FileCall{kind, calls_, path});
   }
@@ -125,6 +127,7 @@ class FaultyFileSystem final : public FileSystem {
 
   FileSystem& real_ = file_system();
   Fails fails_;
+  std::mutex mutex_;
   int calls_ = 0;
 };
 

@@ -253,16 +253,14 @@ namespace {
 template <class Part>
 std::string rewritten_export(std::string_view text) {
   constexpr bool kIsTool = std::is_same_v<Part, tdbTool>;
-  EntryScanner scanner(text, kIsTool ? "TOOL" : "TOOLCOMPONENT");
+  EntryScanner scanner(text, EntryKind<Part>::kTag);
   std::string out;
   append_document_header(out, kIsTool ? 7 : 0);
   const ComponentFinder finder = golden_shelf().Finder();
   while (auto entry = scanner.Next()) {
-    if constexpr (kIsTool) {
-      read_tool(*entry, {kGoldenPaths, finder})->WriteXml(out, kGoldenPaths);
-    } else {
-      read_component(*entry, {kGoldenPaths, finder})->WriteXml(out, kGoldenPaths);
-    }
+    EntryReading<Part>(*std::move(entry))
+        .Finish({kGoldenPaths, finder})
+        ->WriteXml(out, kGoldenPaths);
   }
   append_document_footer(out);
   return out;

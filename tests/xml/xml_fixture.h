@@ -12,8 +12,7 @@
 #include "tooldb/error.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"
-#include "tooldb/xml/entry_reader.h"
-#include "tooldb/xml/entry_scanner.h"
+#include "tooldb/xml/part_reading.h"
 
 namespace tooldb {
 
@@ -51,15 +50,7 @@ class ComponentShelf {
 template <class Part>
 std::unique_ptr<Part> read_as(std::string_view text, const ComponentFinder& finder,
                               const std::vector<std::string>& paths = kNoPaths) {
-  constexpr bool kIsTool = std::is_same_v<Part, tdbTool>;
-  EntryScanner scanner(text, kIsTool ? "TOOL" : "TOOLCOMPONENT");
-  std::optional<Entry> entry = scanner.Next();
-  if (!entry) throw tdbError(1, "no entry");
-  if constexpr (kIsTool) {
-    return read_tool(*entry, {paths, finder});
-  } else {
-    return read_component(*entry, {paths, finder});
-  }
+  return EntryReading<Part>(first_entry(text, EntryKind<Part>::kTag)).Finish({paths, finder});
 }
 
 inline std::unique_ptr<tdbTool> tool_from(std::string_view text,

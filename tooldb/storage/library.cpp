@@ -98,9 +98,9 @@ bool Library::Read() {
   if (!Available()) return false;
   const auto names = StoredNames();
   if (!names) return false;
-  for (const std::string& name : *names) {
-    if (auto item = ReadForList(name)) AppendRead(std::move(item));
-  }
+  ReadEach(*names, [this](const std::string&, auto read, tdbError& error) {
+    if (auto item = ForList(std::move(read), error)) AppendRead(std::move(item));
+  });
   KeepTimeStamp();
   return true;
 }
@@ -109,19 +109,22 @@ bool Library::Reload(const std::vector<std::string>& codes) {
   Log(kind_.reload, folder_path_);
   if (owner_.IsMemoryOnly()) return true;
   if (!Available()) return false;
-  for (const std::string& code : codes) ReloadFile(NameForCode(code), code);
+  for (const std::string& code : codes) {
+    tdbError error;
+    auto item = ForList(ReadStored(NameForCode(code), error), error);
+    if (item != nullptr) PutInPlace(code, std::move(item));
+  }
   return !codes.empty() || ReloadAll();
 }
 
 bool Library::ReloadAll() {
   const auto names = StoredNames();
   if (!names) return false;
-  for (const std::string& name : *names) ReloadFile(name, CodeOf(name));
+  ReadEach(*names, [this](const std::string& name, auto read, tdbError& error) {
+    auto item = ForList(std::move(read), error);
+    if (item != nullptr) PutInPlace(CodeOf(name), std::move(item));
+  });
   return true;
-}
-
-void Library::ReloadFile(const std::string& name, const std::string& code) {
-  if (auto item = ReadForList(name)) PutInPlace(code, std::move(item));
 }
 
 void Library::AdoptFolder(const Library& other) {

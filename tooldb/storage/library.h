@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -120,12 +121,19 @@ class Library {
   /// Reads a file of the folder; null, and the error filled, on failure.
   std::unique_ptr<LibraryItem> ReadStored(const std::string& name, tdbError& error);
   /// The same; reported on failure.
-  std::unique_ptr<LibraryItem> ReadStored(const std::string& name);
-  /// The same, and made ready for the list.
-  std::unique_ptr<LibraryItem> ReadForList(const std::string& name);
+  std::unique_ptr<LibraryItem> ReadOrReport(const std::string& name);
+  /// The end of a reading; null, and the error filled, on failure.
+  std::unique_ptr<LibraryItem> Finished(FileReading& reading, tdbError& error);
+  /// Takes over what has been read of a file; null, and the error filled, on failure.
+  using TakeRead = std::function<void(const std::string& name, std::unique_ptr<LibraryItem> item,
+                                      tdbError& error)>;
+  /// Reads files of the folder, some at a time on all cores, and has each taken in its turn.
+  void ReadEach(std::span<const std::string> names, const TakeRead& take);
+  ReadContext Context();
+  /// What was read, ready for the list; null, and reported, on failure.
+  std::unique_ptr<LibraryItem> ForList(std::unique_ptr<LibraryItem> item, tdbError& error) const;
   LibraryItem* AppendRead(std::unique_ptr<LibraryItem> fresh);
   bool ReloadAll();
-  void ReloadFile(const std::string& name, const std::string& code);
   /// Lists a freshly read item, in the place of the one that is listed under `code` if there is.
   LibraryItem* PutInPlace(const std::string& code, std::unique_ptr<LibraryItem> fresh);
 

@@ -76,8 +76,11 @@ bool Library::Export(const std::string& target, const std::string& name,
 
 bool Library::ExportSome(std::span<const std::string> names, tdbFileManager& target) {
   LibraryItems items;
-  std::vector<tdbError> errors(names.size());
-  for (const std::string& name : names) items.push_back(ReadStored(name, errors[items.size()]));
+  std::vector<tdbError> errors;
+  ReadEach(names, [&](const std::string&, auto item, tdbError& error) {
+    items.push_back(std::move(item));
+    errors.push_back(std::move(error));
+  });
   FolderBatch batch(target);
   batch.Prepare(items);
   bool all_written = true;

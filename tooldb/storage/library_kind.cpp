@@ -34,15 +34,8 @@ class ReadItems {
   std::vector<T*> items_;
 };
 
-template <auto Read>
-std::unique_ptr<LibraryItem> read_file(const std::string& path, const ReadContext& context,
-                                       tdbError& error) {
-  return std::unique_ptr<LibraryItem>(
-      Read(path.c_str(), context.search_paths, error, context.components));
-}
-
 template <class T>
-void read_export_file(const char* path, const ReadContext& context, LibraryItems& items,
+void read_export_file(const char* path, const ExportContext& context, LibraryItems& items,
                       std::vector<tdbError>& errors) {
   ReadItems<T> read;
   tdbXmlReader::ImportFromFile(path, context.search_paths, read.Get(), errors, context.components);
@@ -50,7 +43,7 @@ void read_export_file(const char* path, const ReadContext& context, LibraryItems
 }
 
 template <class T>
-void read_export_text(const char* xml, const ReadContext& context, LibraryItems& items,
+void read_export_text(const char* xml, const ExportContext& context, LibraryItems& items,
                       std::vector<tdbError>& errors) {
   ReadItems<T> read;
   tdbError error;
@@ -80,7 +73,7 @@ const LibraryKind kToolLibrary = {
     .remove = {},
     .update = {},
     .remove_all_with_files = {"RemoveAllTools(memory-and-file)", true},
-    .read_file = read_file<tdbXmlReader::ReadTool>,
+    .reading_of = reading_of_file<tdbTool>,
     .read_export_file = read_export_file<tdbTool>,
     .read_export_text = read_export_text<tdbTool>,
     .prepare = [](LibraryItem&) {},
@@ -99,7 +92,7 @@ const LibraryKind kComponentLibrary = {
     .update = {"UpdateToolComponent: "},
     // The other way round than for tools; hosts know both texts.
     .remove_all_with_files = {"RemoveAllTools(file-and-memory)", true},
-    .read_file = read_file<tdbXmlReader::ReadToolComponent>,
+    .reading_of = reading_of_file<tdbToolComponent>,
     .read_export_file = read_export_file<tdbToolComponent>,
     .read_export_text = read_export_text<tdbToolComponent>,
     .prepare = mark_as_component,

@@ -7,6 +7,7 @@
 
 #include "tooldb/composite_item.h"
 #include "tooldb/error.h"
+#include "tooldb/xml/part_reading.h"
 
 class tdbToolComponentsDB;
 
@@ -25,8 +26,8 @@ struct LogText {
   bool stands_alone = false;
 };
 
-/// What a reader resolves paths and references with; borrowed for the call.
-struct ReadContext {
+/// What the reader of an export resolves paths and references with; borrowed for the call.
+struct ExportContext {
   const std::vector<std::string>& search_paths;
   tdbToolComponentsDB* components;
 };
@@ -45,13 +46,12 @@ struct LibraryKind {
   LogText update;
   LogText remove_all_with_files;
 
-  /// Reads one stored file; null with the error filled on failure.
-  std::unique_ptr<LibraryItem> (*read_file)(const std::string& path, const ReadContext& context,
-                                            tdbError& error);
+  /// The reading of one stored file.
+  std::unique_ptr<FileReading> (*reading_of)(std::string path);
   /// Appends what an export holds, and every error met.
-  void (*read_export_file)(const char* path, const ReadContext& context, LibraryItems& items,
+  void (*read_export_file)(const char* path, const ExportContext& context, LibraryItems& items,
                            std::vector<tdbError>& errors);
-  void (*read_export_text)(const char* xml, const ReadContext& context, LibraryItems& items,
+  void (*read_export_text)(const char* xml, const ExportContext& context, LibraryItems& items,
                            std::vector<tdbError>& errors);
   /// Makes an item what the items of the library are, before it is written or listed.
   void (*prepare)(LibraryItem& item);

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tooldb/model/text.h"
 #include "tooldb/platform/file_system.h"
 #include "tooldb/platform/guard.h"
@@ -14,12 +16,12 @@ void clear_modified_marks(LibraryItem& item) {
 
 std::unique_ptr<LibraryItem> Library::StoredAt(int position) {
   const std::string name = StoredName(position);
-  return name.empty() ? nullptr : ReadStored(name);
+  return name.empty() ? nullptr : ReadOrReport(name);
 }
 
 std::unique_ptr<LibraryItem> Library::StoredWithCode(const std::string& code) {
   if (owner_.IsMemoryOnly() || !Available()) return nullptr;
-  return ReadStored(NameForCode(code));
+  return ReadOrReport(NameForCode(code));
 }
 
 std::string Library::CodeOfStored(int position) { return CodeOf(StoredName(position)); }
@@ -33,9 +35,10 @@ LibraryItems Library::AllStored() {
   LibraryItems items;
   const auto names = StoredNames();
   if (!names) return items;
-  for (const std::string& name : *names) {
-    if (auto item = ReadStored(name)) items.push_back(std::move(item));
-  }
+  ReadEach(*names, [&](const std::string&, auto item, tdbError& error) {
+    if (item == nullptr) owner_.Report(error);
+    if (item != nullptr) items.push_back(std::move(item));
+  });
   return items;
 }
 
@@ -46,7 +49,8 @@ bool Library::HasUnencodedFile(const std::string& code) const {
 
 LibraryItem* Library::Refresh(const std::string& code) {
   if (owner_.IsMemoryOnly() || list_.FindCode(code) == nullptr || !Available()) return nullptr;
-  std::unique_ptr<LibraryItem> fresh = ReadForList(NameForCode(code));
+  tdbError error;
+  std::unique_ptr<LibraryItem> fresh = ForList(ReadStored(NameForCode(code), error), error);
   return fresh == nullptr ? nullptr : PutInPlace(code, std::move(fresh));
 }
 
@@ -90,23 +94,46 @@ std::string Library::PathOf(const std::string& name) const {
 }
 
 std::unique_ptr<LibraryItem> Library::ReadStored(const std::string& name, tdbError& error) {
-  return guarded(error, std::unique_ptr<LibraryItem>(), [&] {
-    const std::string path = PathOf(name);
-    if (!file_system().IsFile(path)) throw tdbError(1, path);
-    return kind_.read_file(path, {files_.GetSearchPath(), owner_.Components()}, error);
-  });
+  return guarded(error, std::unique_ptr<LibraryItem>(),
+                 [&] { return Finished(*kind_.reading_of(PathOf(name)), error); });
 }
 
-std::unique_ptr<LibraryItem> Library::ReadStored(const std::string& name) {
+std::unique_ptr<LibraryItem> Library::ReadOrReport(const std::string& name) {
   tdbError error;
   std::unique_ptr<LibraryItem> item = ReadStored(name, error);
   if (item == nullptr) owner_.Report(error);
   return item;
 }
 
-std::unique_ptr<LibraryItem> Library::ReadForList(const std::string& name) {
-  std::unique_ptr<LibraryItem> item = ReadStored(name);
-  if (item == nullptr) return nullptr;
+std::unique_ptr<LibraryItem> Library::Finished(FileReading& reading, tdbError& error) {
+  return guarded(error, std::unique_ptr<LibraryItem>(), [&] {
+    if (!file_system().IsFile(reading.Path())) throw tdbError(1, reading.Path());
+    return reading.Finish(Context());
+  });
+}
+
+void Library::ReadEach(std::span<const std::string> names, const TakeRead& take) {
+  while (!names.empty()) {
+    const auto some = names.first(std::min(names.size(), kReadingsAhead));
+    names = names.subspan(some.size());
+    std::vector<std::unique_ptr<FileReading>> readings;
+    for (const std::string& name : some) readings.push_back(kind_.reading_of(PathOf(name)));
+    read_ahead<FileReading>(readings, Context());
+    for (std::size_t i = 0; i < some.size(); ++i) {
+      tdbError error;
+      take(some[i], Finished(*readings[i], error), error);
+    }
+  }
+}
+
+ReadContext Library::Context() { return {files_.GetSearchPath(), finder_in(owner_.Components())}; }
+
+std::unique_ptr<LibraryItem> Library::ForList(std::unique_ptr<LibraryItem> item,
+                                              tdbError& error) const {
+  if (item == nullptr) {
+    owner_.Report(error);
+    return nullptr;
+  }
   item->Update();
   clear_modified_marks(*item);
   return item;

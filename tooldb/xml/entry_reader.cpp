@@ -121,14 +121,13 @@ constexpr auto kToolChildren = std::to_array<ChildRow>({
 
 }  // namespace
 
-std::unique_ptr<tdbTool> read_tool(Entry& entry, const ReadContext& context) {
-  const ParsedEntry parsed(entry);
+std::unique_ptr<tdbTool> EntryKind<tdbTool>::Read(const ParsedEntry& entry,
+                                                  const ReadContext& context) {
   auto tool = std::make_unique<tdbTool>(std::string());
-  read_attributes(parsed, *tool);
-  ItemReader items(parsed, context, *tool);
+  read_attributes(entry, *tool);
+  ItemReader items(entry, context, *tool);
   Scope scope{*tool};
-  for (auto* child = parsed.Root().FirstChildElement(); child;
-       child = child->NextSiblingElement()) {
+  for (auto* child = entry.Root().FirstChildElement(); child; child = child->NextSiblingElement()) {
     const std::string name = upper_name(*child);
     const auto row = std::ranges::find(kToolChildren, name, &ChildRow::name);
     if (row != kToolChildren.end()) {
@@ -141,15 +140,15 @@ std::unique_ptr<tdbTool> read_tool(Entry& entry, const ReadContext& context) {
   return tool;
 }
 
-std::unique_ptr<tdbToolComponent> read_component(Entry& entry, const ReadContext& context) {
-  const ParsedEntry parsed(entry);
-  const Element& element = parsed.Root();
+std::unique_ptr<tdbToolComponent> EntryKind<tdbToolComponent>::Read(const ParsedEntry& entry,
+                                                                    const ReadContext& context) {
+  const Element& element = entry.Root();
   auto component = std::make_unique<tdbToolComponent>();
   component->SetCode(clean_name(attribute(element, att::kCode)));
   component->SetName(clean_name(attribute(element, att::kName)));
   component->SetVersion(integer(element, att::kVersion));
   component->SetItemComponent(true);
-  ItemReader items(parsed, context, *component);
+  ItemReader items(entry, context, *component);
   items.ReadContent(element, *component);
   Scope scope{*component, true};
   for (auto* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {

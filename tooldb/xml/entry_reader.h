@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"
-#include "tooldb/xml/entry_scanner.h"
+#include "tooldb/xml/element.h"
+#include "tooldb/xml/grammar.h"
 #include "tooldb/xml/item_reader.h"
 
 /// @file
@@ -12,11 +14,23 @@
 
 namespace tooldb {
 
-/// The tool of a TOOL entry; its code is the one in the document, empty when there is none.
-/// Raises `tdbError`: 1 for text that does not parse, 3 for an unknown type.
-std::unique_ptr<tdbTool> read_tool(Entry& entry, const ReadContext& context);
+/// The entries that hold a kind of part. `Read` makes the part; its code is the one in the
+/// document, empty when there is none. Raises `tdbError` 3 for an unknown type.
+template <class Part>
+struct EntryKind;
 
-/// The component of a TOOLCOMPONENT entry, in the same way; it and all below it are members.
-std::unique_ptr<tdbToolComponent> read_component(Entry& entry, const ReadContext& context);
+template <>
+struct EntryKind<tdbTool> {
+  static constexpr std::string_view kTag = tag::kTool;
+  static std::unique_ptr<tdbTool> Read(const ParsedEntry& entry, const ReadContext& context);
+};
+
+/// The component and all below it are members.
+template <>
+struct EntryKind<tdbToolComponent> {
+  static constexpr std::string_view kTag = tag::kToolComponent;
+  static std::unique_ptr<tdbToolComponent> Read(const ParsedEntry& entry,
+                                                const ReadContext& context);
+};
 
 }  // namespace tooldb

@@ -204,7 +204,8 @@ void ItemReader::ReadMembers(const Element& element, tdbItem& item) {
 
 void ItemReader::LoadComponent(const Element& element, tdbCompositeItem& user,
                                const std::string& code) {
-  if (const tdbToolComponent* component = context_.find_component(code)) {
+  const auto& find = context_.find_component;
+  if (const tdbToolComponent* component = find ? find(code) : nullptr) {
     assembly_.AddMembers(user, *component);
     return;
   }

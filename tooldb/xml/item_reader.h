@@ -15,12 +15,6 @@
 
 namespace tooldb {
 
-/// What the reader needs beside the document. All borrowed.
-struct ReadContext {
-  const std::vector<std::string>& search_paths;
-  const ComponentFinder& find_component;
-};
-
 /// Reads the item elements of one entry into the tree below its root.
 ///
 /// What makes an item unusable raises `tdbError`: an unknown type (code 3), a tree deeper than 100
