@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "geom/polyline.h"
-#include "tests/geom/points_text.h"
+#include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
 
 namespace tooldb {
@@ -28,22 +28,17 @@ std::vector<SharpCorner> corners(std::string_view text) {
   return sharp;
 }
 
-void append_point(std::string& out, Vec2 p) {
-  append_general(out, std::abs(p.x) < 1e-9 ? 0 : p.x);
-  out += ' ';
-  append_general(out, std::abs(p.y) < 1e-9 ? 0 : p.y);
+std::string text_of(Vec2 p) {
+  const auto number = [](double value) { return general_text(std::abs(value) < 1e-9 ? 0 : value); };
+  return number(p.x) + " " + number(p.y);
 }
 
 // "x y" of the start, then per segment " ; x y" or " ; ccw x y @ cx cy".
-std::string as_text(const std::vector<ContourSegment>& segments) {
-  std::string out;
-  append_point(out, segments.front().start);
+std::string text_of(const std::vector<ContourSegment>& segments) {
+  std::string out = text_of(segments.front().start);
   for (const ContourSegment& s : segments) {
-    out += s.kind == kLine ? " ; " : s.kind == kCcw ? " ; ccw " : " ; cw ";
-    append_point(out, s.end);
-    if (s.kind == kLine) continue;
-    out += " @ ";
-    append_point(out, s.center);
+    out += (s.kind == kLine ? " ; " : s.kind == kCcw ? " ; ccw " : " ; cw ") + text_of(s.end);
+    if (s.kind != kLine) out += " @ " + text_of(s.center);
   }
   return out;
 }
@@ -74,15 +69,7 @@ struct OutlineCase {
   std::string_view outline;  // empty: refused
 };
 constexpr OutlineCase kOutlines[] = {
-    {"NoRadius", false, "0 0 ; 5 0 ; 5 9 ; 0 9", "0 0 ; 5 0 ; 5 9 ; 0 9"},
-    {"OuterCorner", false, "0 0 ; 16 0 0.8 ; 16 5", "0 0 ; 15.2 0 ; ccw 16 0.8 @ 15.2 0.8 ; 16 5"},
     {"InnerCorner", false, "9 0 ; 4 0 1 ; 4 7", "9 0 ; 5 0 ; cw 4 1 @ 5 1 ; 4 7"},
-    {"FullBallHasNoLineToTheTip", false, "0 0 ; 8 0 8 ; 8 30 ; 0 30",
-     "0 0 ; ccw 8 8 @ 0 8 ; 8 30 ; 0 30"},
-    {"TwoArcsFillASide", false, "0 0 ; 9 0 2 ; 9 4 2 ; 0 4",
-     "0 0 ; 7 0 ; ccw 9 2 @ 7 2 ; ccw 7 4 @ 7 2 ; 0 4"},
-    {"ConeAndCornerAndTaper", false, "0 0 ; 25 4.4081745 2 ; 28.9887667 50 ; 0 50",
-     "0 0 ; 23.4887 4.14168 ; ccw 25.1338 5.93699 @ 23.1414 6.1113 ; 28.9888 50 ; 0 50"},
     {"EqualCornersKeepTheLargerRadius", false, "0 0 ; 16 0 0.3 ; 16 0 0.8 ; 16 0 ; 16 5",
      "0 0 ; 15.2 0 ; ccw 16 0.8 @ 15.2 0.8 ; 16 5"},
     {"StraightOnNeedsNoArc", false, "0 0 ; 3 0 2 ; 9 0", "0 0 ; 3 0 ; 9 0"},
@@ -95,10 +82,6 @@ constexpr OutlineCase kOutlines[] = {
     {"NegativeRadius", false, "0 0 ; 9 0 -1 ; 9 9", ""},
     {"NotFinite", false, "0 0 ; 9 nan ; 9 9", ""},
     {"OnePoint", false, "1 2 ; 1 2", ""},
-    {"Triangle", true, "0 -9 1 ; 8 5 1 ; -8 5 1 ; 0 -9",
-     "0 -7.98444 ; ccw 0.868243 -7.48057 @ 0 -6.98444 ; 7.14506 3.50386 ; ccw 6.27682 5 @ 6.27682 "
-     "4 ; -6.27682 5 ; ccw -7.14506 3.50386 @ -6.27682 4 ; -0.868243 -7.48057 ; ccw 0 -7.98444 @ 0 "
-     "-6.98444"},
     {"SharpTriangle", true, "0 0 ; 8 14 ; -8 14", "0 0 ; 8 14 ; -8 14 ; 0 0"},
     {"ArcsFillAllSides", true, "0 -10 5 ; 8.660254037844386 5 5 ; -8.660254037844386 5 5",
      "0 -5 ; ccw 4.33013 -2.5 @ 0 0 ; ccw 0 5 @ 0 0 ; ccw -4.33013 -2.5 @ 0 0 ; ccw 0 -5 @ 0 0"},
@@ -114,7 +97,7 @@ TEST_P(RoundCorners, GivesLinesAndArcs) {
   const auto outline = GetParam().closed ? round_closed_corners(sharp) : round_corners(sharp);
   ASSERT_EQ(outline.has_value(), !GetParam().outline.empty());
   if (!outline) return;
-  EXPECT_EQ(as_text(*outline), GetParam().outline);
+  EXPECT_EQ(text_of(*outline), GetParam().outline);
   const Polyline chords = flatten(*outline, 1e-6);
   EXPECT_NEAR(signed_area(*outline), signed_area(chords), 1e-4);
   EXPECT_NEAR(volume_of_revolution(*outline), volume_of_revolution(chords), 1e-2);
@@ -160,22 +143,13 @@ TEST_P(FlattenArc, HitsEndsAndQuadrantsWithinTolerance) {
   }
 }
 
-TEST(Flatten, JoinsChainsAndKeepsGaps) {
-  const std::vector<ContourSegment> chain = {
-      {{0, 0}, {5, 0}, {}, kLine}, {{5.005, 0}, {5, 9}, {}, kLine}, {{4, 9}, {0, 9}, {}, kLine}};
-  EXPECT_EQ(flatten(chain, 0.01), points("0 0 ; 5 0 ; 5 9 ; 4 9 ; 0 9"));
-}
-
-TEST(Flatten, BoundsTheChordsOfABadTolerance) {
-  const ContourSegment arc{{1000, 0}, {1000, 0}, {0, 0}, kCcw};
+// As many circles as 64 KB of contour text can hold; each alone would have 70 000 chords.
+TEST(Flatten, SharesABoundedNumberOfChordsAmongTheArcs) {
+  const ContourSegment circle{{1000, 0}, {1000, 0}, {0, 0}, kCcw};
   for (double tolerance : {0.0, -1.0, double{NAN}, 1e-300}) {
-    const std::size_t size = flatten({&arc, 1}, tolerance).size();
+    const std::size_t size = flatten({&circle, 1}, tolerance).size();
     EXPECT_TRUE(size > 2000 && size < 150000) << tolerance;
   }
-}
-
-// What 64 KB of contour text can hold; each circle alone would have 70 000 chords.
-TEST(Flatten, SharesABoundedNumberOfChordsAmongTheArcs) {
   const std::vector<ContourSegment> circles(700, {{1e9, 0}, {1e9, 0}, {0, 0}, kCcw});
   for (const auto& chords : {flatten(circles, 0.1), flatten_each(circles, 0.1)}) {
     EXPECT_LT(chords.size(), 270000U);

@@ -9,7 +9,7 @@
 #include "geom/silhouette.h"
 #include "geom/stl.h"
 #include "geom/turning_profile.h"
-#include "tests/geom/mesh_makers.h"
+#include "tests/geom/meshes.h"
 
 namespace tooldb {
 namespace {

@@ -7,11 +7,75 @@
 
 #include "geom/crossing_test.h"
 #include "geom/polyline.h"
-#include "tests/geom/points_text.h"
+#include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
 
 namespace tooldb {
 namespace {
+
+TEST(SignedArea, IsTheShoelaceSum) {
+  EXPECT_EQ(signed_area(points("0 0 ; 5 7")), 0);
+  EXPECT_EQ(signed_area(points("0 0 ; 4 0 ; 4 3")), 6);
+  EXPECT_EQ(signed_area(points("1 1 ; 1 3 ; 4 3 ; 4 1 ; 1 1")), -6);
+}
+
+struct SimplifyCase {
+  std::string_view name;
+  double tolerance;
+  std::string_view points;
+  std::string_view kept;
+};
+constexpr SimplifyCase kSimplified[] = {
+    {"StraightAndNearPointsGo", 0.1, "0 0 ; 5 0 ; 10 0 ; 10 0.005 ; 10 20 ; 0 20",
+     "0 0 ; 10 0 ; 10 20 ; 0 20"},
+    {"TwoPointsStay", 9, "0 0 ; 0 0", "0 0 ; 0 0"},
+    {"EndsStayHoweverNear", 9, "0 0 ; 0.1 0 ; 0.2 0.1", "0 0 ; 0.2 0.1"},
+    {"LastInnerPointIsMeasuredToTheEnd", 0.1, "0 0 ; 9 9.005 ; 9 9", "0 0 ; 9 9"},
+    {"AtATenthOfTheToleranceAPointStays", 0.5, "0 0 ; 0.0625 0 ; 0.0625 5 ; 9 9",
+     "0 0 ; 0.0625 0 ; 0.0625 5 ; 9 9"},
+    {"ATurnBackStays", 0.1, "0 0 ; 9 0 ; 2 0", "0 0 ; 9 0 ; 2 0"},
+    {"EqualPointsGoWithoutATolerance", 0, "0 0 ; 3 0 ; 3 0 ; 3 4", "0 0 ; 3 0 ; 3 4"},
+    {"ATurnOfAFiftiethDegreeStays", 0, "0 0 ; 1e3 0 ; 2e3 0.349", "0 0 ; 1e3 0 ; 2e3 0.349"},
+    {"ATurnOfATwoHundredthDegreeGoes", 0, "0 0 ; 1e3 0 ; 2e3 0.087", "0 0 ; 2e3 0.087"},
+};
+class Simplify : public testing::TestWithParam<SimplifyCase> {};
+INSTANTIATE_TEST_SUITE_P(Contours, Simplify, testing::ValuesIn(kSimplified),
+                         row_name<SimplifyCase>);
+
+TEST_P(Simplify, DropsWhatIsNotNeeded) {
+  Polyline line = points(GetParam().points);
+  simplify(line, GetParam().tolerance);
+  EXPECT_EQ(line, points(GetParam().kept));
+}
+
+// Each turn is below the threshold, the sum of them is not: the circle must not vanish.
+TEST(SimplifyDrift, TurnsAddUpAsPointsGo) {
+  Polyline circle;
+  for (int i = 0; i <= 100000; ++i) {
+    const double a = 2 * std::acos(-1) * i / 100000;
+    circle.push_back({50 * std::cos(a), 50 * std::sin(a)});
+  }
+  simplify(circle, 1e-3);
+  EXPECT_NEAR(signed_area(circle), std::acos(-1) * 2500, 0.01);
+  Polyline again = circle;
+  simplify(again, 1e-3);
+  EXPECT_EQ(again, circle);
+}
+
+TEST(ThinOut, StaysWithinItsToleranceOfEveryPoint) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<double> noise(-0.2, 0.2);
+  Polyline line;
+  for (int i = 0; i < 400; ++i) line.push_back({i * 0.1, std::sin(i * 0.05) * 8 + noise(random)});
+  for (double tolerance : {0.0, 0.1, 0.5, 100.0}) {
+    const Polyline thin = thin_out(line, tolerance);
+    EXPECT_EQ(thin.front(), line.front());
+    EXPECT_EQ(thin.back(), line.back());
+    for (Vec2 p : line) EXPECT_LE(distance_to_line(p, thin), tolerance + 1e-12) << tolerance;
+  }
+  EXPECT_LT(thin_out(line, 0.5).size(), 30U);
+  EXPECT_EQ(thin_out(line, 100), (Polyline{line.front(), line.back()}));
+}
 
 double area(const Rings& rings) {
   double sum = 0;
@@ -32,13 +96,10 @@ struct BooleanCase {
   std::size_t rings;
 };
 constexpr BooleanCase kBooleans[] = {
-    {"Union", unite, kLeft, kRight, 20, 1},
     {"Intersection", intersect, kLeft, kRight, 4, 1},
-    {"Difference", subtract, kLeft, kRight, 12, 1},
     {"ExclusiveOr", exclusive_or, kLeft, kRight, 16, 2},
     {"DifferenceLeavesAHole", subtract, kLeft, kInside, 15, 2},
     {"IntersectionOfStrangers", intersect, kInside, kRight, 0, 0},
-    {"UnionWithNothing", unite, kLeft, "", 16, 1},
     {"NothingWithNothing", unite, "", "", 0, 0},
     {"ClockwiseInput", unite, "0 0 ; 0 4 ; 4 4 ; 4 0", "", 16, 1},
     {"FigureEight", unite, kEight, "", 8, 2},
@@ -87,43 +148,40 @@ struct OffsetCase {
   std::string_view name;
   std::string_view contour;
   double distance;
-  std::vector<double> areas;
+  std::string_view areas;
 };
-const OffsetCase kOffsets[] = {
-    {"ALittle", "0 0 ; 10 0 ; 10 40 ; 0 40", 0.001, {10.002 * 40.002}},
-    {"Inwards", "0 0 ; 10 0 ; 10 40 ; 0 40", -1, {304}},
-    {"ToNothing", "0 0 ; 10 0 ; 10 40 ; 0 40", -6, {}},
-    {"ClockwiseGrowsToo", "0 0 ; 0 40 ; 10 40 ; 10 0", 1, {12 * 42}},
-    {"FirstPointRepeated", "0 0 ; 10 0 ; 10 40 ; 0 40 ; 0 0", 1, {12 * 42}},
+constexpr OffsetCase kOffsets[] = {
+    {"ALittle", "0 0 ; 10 0 ; 10 40 ; 0 40", 0.001, "400.100004"},
+    {"Inwards", "0 0 ; 10 0 ; 10 40 ; 0 40", -1, "304"},
+    {"ToNothing", "0 0 ; 10 0 ; 10 40 ; 0 40", -6, ""},
+    {"ClockwiseClosedGrowsToo", "0 0 ; 0 40 ; 10 40 ; 10 0 ; 0 0", 1, "504"},
     {"FallsApartLargestFirst",
-     "0 0 ; 4 0 ; 4 4 ; 4.5 4 ; 4.5 0 ; 10 0 ; 10 9 ; 4.5 9 ; 4.5 5 ; 4 5 ; 4 6 ; 0 6",
-     -1,
-     {(10 - 4.5 - 2) * 7, 2 * 4}},
-    // Two triangles grown by area + perimeter d + d^2 sum cot(angle / 2), their 45 degree corners
+     "0 0 ; 4 0 ; 4 4 ; 4.5 4 ; 4.5 0 ; 10 0 ; 10 9 ; 4.5 9 ; 4.5 5 ; 4 5 ; 4 6 ; 0 6", -1,
+     "24.5 8"},
+    // Two triangles of 25, grown by perimeter d + d^2 sum cot(angle / 2), their 45 degree corners
     // squared off, less the square where they overlap.
-    {"BothLobesOfAnEightGrow",
-     "0 0 ; 10 10 ; 10 0 ; 0 10",
-     0.5,
-     {2 * (25 + 12.07107 + 1.457107 - 0.538930) - 1}},
+    {"BothLobesOfAnEightGrow", "0 0 ; 10 10 ; 10 0 ; 0 10", 0.5, "74.978494"},
     {"AHoleIsLeftOut",
-     "0 0 ; 10 0 ; 10 4.9 ; 9 4.9 ; 9 1 ; 1 1 ; 1 9 ; 9 9 ; 9 5.1 ; 10 5.1 ; 10 10 ; 0 10",
-     0.5,
-     {121}},
-    {"TwoPoints", "0 0 ; 5 5", 1, {}},
-    {"ThreeEqualPoints", "1 1 ; 1 1 ; 1 1", 1, {}},
-    {"Flat", "0 0 ; 5 0 ; 2 0", 0.1, {}},
-    {"Nothing", "", 1, {}},
+     "0 0 ; 10 0 ; 10 4.9 ; 9 4.9 ; 9 1 ; 1 1 ; 1 9 ; 9 9 ; 9 5.1 ; 10 5.1 ; 10 10 ; 0 10", 0.5,
+     "121"},
+    {"TwoPoints", "0 0 ; 5 5", 1, ""},
+    {"ThreeEqualPoints", "1 1 ; 1 1 ; 1 1", 1, ""},
+    {"Flat", "0 0 ; 5 0 ; 2 0", 0.1, ""},
 };
 class Offset : public testing::TestWithParam<OffsetCase> {};
 INSTANTIATE_TEST_SUITE_P(Contours, Offset, testing::ValuesIn(kOffsets), row_name<OffsetCase>);
 
 TEST_P(Offset, GivesClosedPolygons) {
-  const auto polygons = offset_contour(points(GetParam().contour), GetParam().distance);
-  ASSERT_EQ(polygons.size(), GetParam().areas.size());
-  for (std::size_t i = 0; i < polygons.size(); ++i) {
-    EXPECT_NEAR(signed_area(polygons[i]), GetParam().areas[i], 1e-4);
-    EXPECT_EQ(polygons[i].front(), polygons[i].back());
+  const auto& [name, contour, distance, areas] = GetParam();
+  std::vector<double> left;
+  for (const auto& row : number_rows(areas)) left = row;
+  for (const Polyline& polygon : offset_contour(points(contour), distance)) {
+    ASSERT_FALSE(left.empty());
+    EXPECT_NEAR(signed_area(polygon), left.front(), 1e-4);
+    EXPECT_EQ(polygon.front(), polygon.back());
+    left.erase(left.begin());
   }
+  EXPECT_TRUE(left.empty());
 }
 
 struct CrossingCase {
@@ -151,15 +209,12 @@ TEST(Crossing, IsSeen) {
     contour.push_back(Vec2(contour.front()));
     EXPECT_EQ(surely_does_not_cross(contour), simple) << text;
   }
-  for (double inner : {5.0, 4.9}) {  // a circle and a star of many sides
-    Polyline star;
-    for (int i = 0; i < 1000; ++i) {
-      const double r = i % 2 == 0 ? inner : 5;
-      star.push_back(
-          {r * std::cos(0.002 * std::acos(-1) * i), r * std::sin(0.002 * std::acos(-1) * i)});
-    }
-    EXPECT_TRUE(surely_does_not_cross(star)) << inner;
+  Polyline star;
+  for (int i = 0; i < 1000; ++i) {
+    const double a = i * std::acos(-1) / 500;
+    star.push_back((i % 2 == 0 ? 4.9 : 5) * Vec2{std::cos(a), std::sin(a)});
   }
+  EXPECT_TRUE(surely_does_not_cross(star));
 }
 
 }  // namespace

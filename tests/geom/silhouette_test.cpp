@@ -7,9 +7,8 @@
 
 #include "geom/euler_angles.h"
 #include "geom/transform.h"
-#include "tests/geom/mesh_makers.h"
-#include "tests/geom/points_text.h"
-#include "tests/geom/polyline_distance.h"
+#include "tests/geom/meshes.h"
+#include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
 
 namespace tooldb {

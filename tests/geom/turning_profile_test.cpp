@@ -6,8 +6,8 @@
 
 #include "geom/loop_builder.h"
 #include "geom/polyline.h"
-#include "tests/geom/mesh_makers.h"
-#include "tests/geom/points_text.h"
+#include "tests/geom/meshes.h"
+#include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
 
 namespace tooldb {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "tests/geom/points_text.h"
+#include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/tool_makers.h"

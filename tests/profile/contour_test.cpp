@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/geom/points_text.h"
+#include "tests/geom/points.h"
 #include "tests/profile/bodies.h"
 #include "tests/storage/scratch_folder.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/geom/points_text.h"
+#include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/profile.h"

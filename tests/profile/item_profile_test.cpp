@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "geom/polyline.h"
-#include "tests/geom/points_text.h"
+#include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/profile.h"

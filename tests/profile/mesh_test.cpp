@@ -4,7 +4,7 @@
 #include <numbers>
 
 #include "geom/transform.h"
-#include "tests/geom/mesh_check.h"
+#include "tests/geom/meshes.h"
 #include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tests/profile/host_scene.h"

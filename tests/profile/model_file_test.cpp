@@ -4,9 +4,8 @@
 
 #include "geom/polyline.h"
 #include "geom/stl.h"
-#include "tests/geom/mesh_check.h"
-#include "tests/geom/mesh_makers.h"
-#include "tests/geom/points_text.h"
+#include "tests/geom/meshes.h"
+#include "tests/geom/points.h"
 #include "tests/profile/bodies.h"
 #include "tests/profile/host_scene.h"
 #include "tests/storage/scratch_folder.h"

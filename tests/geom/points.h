@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <limits>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -9,7 +11,8 @@
 #include "geom/vector_math.h"
 
 /// @file
-/// Points from short texts: "x y ; x y ; ..."; a "|" begins the next list of points.
+/// Points from short texts: "x y ; x y ; ..."; a "|" begins the next list of points. And how far
+/// they are from one another.
 
 namespace tooldb {
 
@@ -33,12 +36,21 @@ inline Polyline points(std::string_view text) {
 
 inline std::vector<Polyline> point_lists(std::string_view text) {
   std::vector<Polyline> lists;
-  while (!text.empty()) {
-    const auto end = text.find('|');
-    lists.push_back(points(text.substr(0, end)));
-    text = end == text.npos ? "" : text.substr(end + 1);
-  }
+  std::istringstream lines{std::string(text)};
+  for (std::string line; std::getline(lines, line, '|');) lists.push_back(points(line));
   return lists;
+}
+
+/// Distance of a point from the nearest place of a polyline of at least two points.
+inline double distance_to_line(Vec2 p, const Polyline& line) {
+  double best = std::numeric_limits<double>::infinity();
+  for (std::size_t i = 1; i < line.size(); ++i) {
+    const Vec2 along = line[i] - line[i - 1];
+    const double square = dot(along, along);
+    const double t = square > 0 ? std::clamp(dot(p - line[i - 1], along) / square, 0.0, 1.0) : 0;
+    best = std::min(best, distance(p, line[i - 1] + t * along));
+  }
+  return best;
 }
 
 }  // namespace tooldb

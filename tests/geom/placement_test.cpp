@@ -1,5 +1,3 @@
-#include "geom/euler_angles.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -7,7 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "geom/euler_angles.h"
 #include "geom/number_text.h"
+#include "geom/transform.h"
+#include "tests/geom/meshes.h"
 #include "tests/geom/row_name.h"
 
 namespace tooldb {
@@ -111,6 +112,30 @@ TEST(EulerRoundTrip, HoldsForRandomPlacementsAndTheirProducts) {
     chain = chain * about("xyz"[i % 3], 90.0 * quarter(random));
     expect_fixed(chain);
   }
+}
+
+TEST(Transform, RigidInverseUndoesAPlacement) {
+  const Vec3 p{0.5, -3, 8};
+  for (const EulerAngles& angles : {EulerAngles{}, {90, 0, 0}, {30, -20, 110}, {0, 90, 45}}) {
+    const Placement there = join_zyx(angles, {-5, 0.25, 1e3});
+    const Placement back = rigid_inverse(there);
+    EXPECT_LT(length(transform_point(back, transform_point(there, p)) - p), 1e-12);
+    EXPECT_LT(length(transform_point(back * there, p) - p), 1e-12);
+    EXPECT_NEAR(determinant(there), 1, 1e-15);
+  }
+  EXPECT_EQ(transform_point(join_zyx({90, 0, 0}, {10, 20, 30}), {1, 2, 3}), (Vec3{8, 21, 33}));
+}
+
+TEST(Transform, AMirroredMeshStillFacesOutwards) {
+  const Vec3 o{0, 0, 0}, x{1, 0, 0}, y{0, 1, 0}, z{0, 0, 1};
+  Mesh tetrahedron = {{o, y, x, {}}, {o, x, z, {}}, {o, z, y, {}}, {x, y, z, {}}};
+  Placement mirror = translation({3, 0, 0});
+  mirror(0, 0) = -2;
+  transform_mesh(tetrahedron, mirror);
+  const MeshCheck check = check_mesh(tetrahedron);
+  EXPECT_NEAR(check.volume, 2.0 / 6, 1e-15);
+  EXPECT_EQ(check.open_edges, 0U);
+  EXPECT_LT(check.worst_normal, 1e-15);
 }
 
 }  // namespace
