@@ -68,12 +68,6 @@ struct MeshCheck {
   double worst_normal = 0;     ///< largest distance of a facet's normal from the true one
 };
 
-inline double signed_volume(std::span<const Facet> mesh) {
-  double volume = 0;
-  for (const Facet& f : mesh) volume += dot(f.a, cross(f.b, f.c)) / 6;
-  return volume;
-}
-
 /// Corners count as one only where they are exactly equal.
 inline MeshCheck check_mesh(std::span<const Facet> mesh) {
   std::map<std::tuple<double, double, double>, long> corners;
@@ -89,12 +83,22 @@ inline MeshCheck check_mesh(std::span<const Facet> mesh) {
       const auto [from, to] = std::pair(ids[i], ids[(i + 1) % 3]);
       edges[std::minmax(from, to)] += from < to ? 1 : -1;
     }
+    check.volume += dot(f.a, cross(f.b, f.c)) / 6;
     check.worst_normal = std::max(check.worst_normal, length(f.n - facet_normal(f.a, f.b, f.c)));
   }
   for (const auto& [edge, balance] : edges) check.open_edges += balance != 0;
-  check.volume = signed_volume(mesh);
   check.euler = static_cast<long>(corners.size()) - static_cast<long>(edges.size()) +
                 static_cast<long>(mesh.size());
+  return check;
+}
+
+/// Closed, facing outwards, and smaller than `volume` by no more than the part `slack` of it.
+inline MeshCheck expect_solid(std::span<const Facet> mesh, double volume, double slack) {
+  const MeshCheck check = check_mesh(mesh);
+  EXPECT_EQ(check.open_edges, 0U);
+  EXPECT_LT(check.worst_normal, 1e-6);
+  EXPECT_LE(check.volume, volume * (1 + 1e-5));
+  EXPECT_GE(check.volume, volume * (1 - slack));
   return check;
 }
 

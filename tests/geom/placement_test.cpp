@@ -132,10 +132,7 @@ TEST(Transform, AMirroredMeshStillFacesOutwards) {
   Placement mirror = translation({3, 0, 0});
   mirror(0, 0) = -2;
   transform_mesh(tetrahedron, mirror);
-  const MeshCheck check = check_mesh(tetrahedron);
-  EXPECT_NEAR(check.volume, 2.0 / 6, 1e-15);
-  EXPECT_EQ(check.open_edges, 0U);
-  EXPECT_LT(check.worst_normal, 1e-15);
+  expect_solid(tetrahedron, 2.0 / 6, 1e-15);
 }
 
 }  // namespace

@@ -67,7 +67,10 @@ const FileCase kFiles[] = {
     {"Plain", "solid part\n" + kFacet + "endsolid part\n", 1},
     {"WindowsLineEnds", replaced(kSolid, "\n", "\r\n"), 1},
     {"OldMacLineEnds", replaced(kSolid, "\n", "\r"), 1},
-    {"AnyCase", replaced(replaced(kSolid, "vertex", "VERTEX"), "facet", "Facet"), 1},
+    {"AnyCase",
+     "SOLID a\nFACET Normal 0 0 1 OUTER Loop Vertex 0 0 0 VERTEX 1 0 0 vertex 0 1 0 EndLoop "
+     "ENDFACET\nEndSolid",
+     1},
     {"Tabs", replaced(kSolid, " ", "\t  \t"), 1},
     {"AFacetInOneLine", "solid a\n" + replaced(kFacet, "\n", " ") + "\nendsolid a\n", 1},
     {"SeveralSolids", kSolid + "\nsolid b\n" + kFacet + kFacet + "endsolid b\n", 3},
@@ -110,8 +113,6 @@ const BrokenCase kBroken[] = {
     {"WindowsLines", replaced(replaced(kSolid, "outer", "inner"), "\n", "\r\n"),
      "line 3: 'inner' where outer should be"},
     {"NoNumber", replaced(kSolid, "0 1 0", "0 one 0"), "line 6: 'one' where a number should be"},
-    {"DecimalComma", replaced(kSolid, "0 1 0", "0 1,5 0"), "line 6: '1,5' where a number should"},
-    {"NotANumber", replaced(kSolid, "0 1 0", "0 nan 0"), "line 6: 'nan' where a number should be"},
     {"TooLarge", replaced(kSolid, "0 1 0", "0 1e999 0"), "line 6: '1e999' where a finite number"},
     {"WordsAfterTheFacets", "solid a\n" + kFacet + "color 1 2 3\n",
      "line 9: 'color' where 'facet' or 'endsolid' should be"},
@@ -177,11 +178,8 @@ TEST(StlRoundTrip, BinaryKeepsFloats) {
   const Mesh mesh = revolved({{0, 0}, {8, 4}, {8, 90}, {0, 90}}, 1e-4);
   const auto [read_back, error] = read(stl_binary(mesh));
   ASSERT_TRUE(read_back) << error;
-  const MeshCheck check = check_mesh(*read_back);
   EXPECT_EQ(read_back->size(), mesh.size());
-  EXPECT_EQ(check.open_edges, 0U);
-  EXPECT_EQ(check.euler, 2);
-  EXPECT_NEAR(check.volume, signed_volume(mesh), 1e-7 * check.volume);
+  EXPECT_EQ(expect_solid(*read_back, check_mesh(mesh).volume, 1e-7).euler, 2);
 }
 
 // Figures of another program.
@@ -192,7 +190,7 @@ TEST(StlRealFile, EndMillIsReadWhole) {
   const auto [mesh, error] = read(bytes);
   ASSERT_TRUE(mesh) << error;
   EXPECT_EQ(mesh->size(), 6704U);
-  EXPECT_NEAR(signed_volume(*mesh), 1688.886597, 0.01);
+  EXPECT_NEAR(check_mesh(*mesh).volume, 1688.886597, 0.01);
 }
 
 }  // namespace

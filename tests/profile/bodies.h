@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,25 +23,20 @@ using Contours = std::vector<std::vector<Point2d<double>>>;
 inline std::string contour_of(std::string_view outline) {
   std::string xml;
   std::string at;
-  while (!outline.empty()) {
-    const auto end = outline.find(" ; ");
-    std::string_view step = outline.substr(0, end);
-    outline = end == outline.npos ? "" : outline.substr(end + 3);
-    std::string direction;
-    if (step.starts_with("c")) {
-      direction = step.starts_with("ccw") ? "CCW" : "CW";
-      step.remove_prefix(direction.size() + 1);
-    }
-    const auto centre = step.find(" @ ");
-    const std::string to(step.substr(0, centre));
-    const std::string ends = "<START>" + at + "</START><END>" + to + "</END>";
+  std::istringstream steps{std::string(outline)};
+  for (std::string step; std::getline(steps, step, ';');) {
+    std::string direction, x, y, sign, centre_x, centre_y;
+    std::istringstream words(step);
+    if (step.find('c') != step.npos) words >> direction;
+    words >> x >> y >> sign >> centre_x >> centre_y;
+    const std::string ends = "<START>" + at + "</START><END>" + x + " " + y + "</END>";
     if (!direction.empty()) {
-      xml += "<ARC DIR=\"" + direction + "\" >" + ends + "<CENTER>" +
-             std::string(step.substr(centre + 3)) + "</CENTER></ARC>";
+      xml += std::string("<ARC DIR=") + (direction == "ccw" ? "\"CCW\" >" : "\"CW\" >") + ends +
+             "<CENTER>" + centre_x + " " + centre_y + "</CENTER></ARC>";
     } else if (!at.empty()) {
       xml += "<LINE>" + ends + "</LINE>";
     }
-    at = to;
+    at = x + " " + y;
   }
   return xml;
 }

@@ -84,7 +84,8 @@ TEST(Contour, ReadsWhatOthersWriteFromTextAndFile) {
 
 TEST(Contour, ChainsInOrderAndKeepsGaps) {
   CEntityDB entities;
-  ASSERT_TRUE(entities.Read(contour_of("0 0 ; 5 0 ; 5 9") + contour_of("5.2 9 ; 0 9"), false, 0));
+  ASSERT_TRUE(entities.Read(
+      contour_of("0 0 ; 5 0") + contour_of("5.05 0 ; 5 9") + contour_of("5.2 9 ; 0 9"), false, 0));
   Polyline loose;
   ASSERT_TRUE(entities.GetXZProfile(loose, 0.1));
   EXPECT_EQ(loose.size(), 6U);

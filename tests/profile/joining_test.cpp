@@ -77,22 +77,22 @@ TEST(Joining, FollowsTheCutterAndCarriesWhatHangsBelow) {
   EXPECT_EQ(holder->GetAbsPos()(2, 3), 97);
 }
 
-TEST(Joining, LeavesOtherShanksWhereTheyAre) {
-  for (const int shank : {2, 3, 5}) {
-    tdbCuttingTool tool(new tdbToolCutter(0), new tdbToolShank(shank), 2);
-    EXPECT_EQ(updated_height(tool), 0) << shank;
-  }
-}
-
-TEST(Joining, UsesTheTopOfTexts) {
-  const std::tuple<int, std::string_view, double> tops[] = {
-      {5, "0 0 ; 5 0 ; 5 30 ; 2 28", 30},
-      {5, "", 0},            // refused as it is
-      {6, "0 0 ; 5 9", 0}};  // a model has no outline at all
-  for (const auto& [type, outline, top] : tops) {
-    tdbCuttingTool tool(new tdbToolCutter(type), new tdbToolShank(0), 0);
+TEST(Joining, IsOfParametricShanksToTheTopOfWhateverOutline) {
+  struct ShankCase {
+    int cutter;
+    std::string_view outline;
+    int shank;
+    double height;
+  };
+  constexpr ShankCase kShanks[] = {
+      {0, "", 2, 0},          {0, "", 3, 0}, {0, "", 5, 0}, {5, "0 0 ; 5 0 ; 5 30 ; 2 28", 0, 30},
+      {5, "", 0, 0},           // refused as it is
+      {6, "0 0 ; 5 9", 0, 0},  // a model has no outline at all
+  };
+  for (const auto& [cutter, outline, shank, height] : kShanks) {
+    tdbCuttingTool tool(new tdbToolCutter(cutter), new tdbToolShank(shank), 0);
     tool.GetCutter()->SetProfileXml(contour_of(outline).c_str());
-    EXPECT_EQ(updated_height(tool), top) << type;
+    EXPECT_EQ(updated_height(tool), height) << cutter << ' ' << shank;
   }
 }
 
