@@ -172,7 +172,6 @@ const SectionCase kSections[] = {
     {"FaceNearlyInThePlane", insert(-4.76, -0.009), {144}},
     {"FaceBesideThePlane", insert(-4.76, -0.011), {}},
     {"SliverBodiesAcrossThePlane", shaken(insert(-4.76, 0), 0.004), {144}},
-    {"Cylinder", revolved({{5, 0}, {5, 30}}), {300}},
     {"SideBySideLargestFirst",
      both(box({0, -1, 0}, {2, 1, 2}), box({10, -1, 0}, {15, 1, 5})),
      {25, 4}},
@@ -230,7 +229,6 @@ constexpr LoopCase kLoops[] = {
      "0 0 ; 4 0 ; 4.0001 0 ; 0 4",
      {0.01, 1, 0}},
     {"ALoneSegmentIsNoLoop", "0 0 ; 0.5 0", ""},
-    {"Nothing", "", ""},
 };
 class LoopBuilder : public testing::TestWithParam<LoopCase> {};
 INSTANTIATE_TEST_SUITE_P(Segments, LoopBuilder, testing::ValuesIn(kLoops), row_name<LoopCase>);
