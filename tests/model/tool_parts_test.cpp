@@ -44,8 +44,6 @@ TEST(Parts, OnlyTurningCuttersAndMostHoldersStandStill) {
     EXPECT_EQ(tdbToolHolder(type).IsSpinningEnable(), type == 2) << type;
     EXPECT_TRUE(tdbToolShank(type).IsSpinningEnable());
   }
-  EXPECT_EQ(tdbToolCutter(0).GetMaterial(), tdbToolMaterial(0.9F, 0.9F, 0, 0, "gold.jpg"));
-  EXPECT_EQ(tdbToolShank(0).GetMaterial(), tdbToolMaterial(0.5F, 0.5F, 0.5F, 0, "steel.jpg"));
 }
 
 struct UsualCase {

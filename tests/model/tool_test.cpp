@@ -11,17 +11,12 @@ namespace {
 
 using VarIndex = OFFSET_VALUE::VarIndex;
 
-TEST(Tool, LengthIsTheZOffset) {
+TEST(Tool, KeepsLengthAndColorInTheirRange) {
   tdbTool tool("T1");
   tool.SetOffset(1, 2, 3);
   EXPECT_EQ(tool.GetLength(), 3);
   tool.SetLength(50);
   EXPECT_EQ(tool.GetOffset(), (Vec3d<double>{0, 0, 50}));
-}
-
-TEST(Tool, TraceColorStaysInItsRange) {
-  tdbTool tool("T1");
-  EXPECT_EQ(tool.GetTraceColor(), 19);
   for (const auto& [given, kept] : {std::pair{25, 19}, {-3, 0}, {7, 7}}) {
     tool.SetTraceColor(given);
     EXPECT_EQ(tool.GetTraceColor(), kept);

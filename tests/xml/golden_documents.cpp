@@ -251,36 +251,28 @@ std::string golden_bytes(const std::string& name) {
 namespace {
 
 template <class Part>
-std::string rewritten_export(std::string_view text) {
-  constexpr bool kIsTool = std::is_same_v<Part, tdbTool>;
+std::string rewritten_parts(const std::string& text) {
   EntryScanner scanner(text, EntryKind<Part>::kTag);
-  std::string out;
-  append_document_header(out, kIsTool ? 7 : 0);
   const ComponentFinder finder = golden_shelf().Finder();
+  std::string out;
   while (auto entry = scanner.Next()) {
     EntryReading<Part>(*std::move(entry))
         .Finish({kGoldenPaths, finder})
         ->WriteXml(out, kGoldenPaths);
   }
-  append_document_footer(out);
   return out;
 }
 
 }  // namespace
 
 std::string rewritten(DocumentKind kind, const std::string& text) {
-  const ComponentFinder finder = golden_shelf().Finder();
-  switch (kind) {
-    case DocumentKind::kTool:
-      return xml_of(*read_as<tdbTool>(text, finder, kGoldenPaths), kGoldenPaths);
-    case DocumentKind::kComponent:
-      return xml_of(*read_as<tdbToolComponent>(text, finder, kGoldenPaths), kGoldenPaths);
-    case DocumentKind::kTools:
-      return rewritten_export<tdbTool>(text);
-    case DocumentKind::kComponents:
-      break;
-  }
-  return rewritten_export<tdbToolComponent>(text);
+  const bool tools = kind == DocumentKind::kTool || kind == DocumentKind::kTools;
+  const bool whole = kind == DocumentKind::kTools || kind == DocumentKind::kComponents;
+  std::string out;
+  if (whole) append_document_header(out, tools ? 7 : 0);
+  out += tools ? rewritten_parts<tdbTool>(text) : rewritten_parts<tdbToolComponent>(text);
+  if (whole) append_document_footer(out);
+  return out;
 }
 
 }  // namespace tooldb

@@ -54,14 +54,10 @@ void expect_every_cut_is_refused(const std::string& whole) {
 }
 
 TEST_P(Golden, CutAfterAnyByteIsRefused) {
-  const std::string whole = golden_bytes(GetParam().name);
   const bool tools =
       GetParam().kind == DocumentKind::kTool || GetParam().kind == DocumentKind::kTools;
-  if (tools) {
-    expect_every_cut_is_refused<tdbTool>(whole);
-  } else {
-    expect_every_cut_is_refused<tdbToolComponent>(whole);
-  }
+  (tools ? expect_every_cut_is_refused<tdbTool>
+         : expect_every_cut_is_refused<tdbToolComponent>)(golden_bytes(GetParam().name));
 }
 
 // Bytes changed, doubled and taken out at random: an object or an error, never both or neither.

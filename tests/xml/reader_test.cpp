@@ -79,7 +79,7 @@ TEST(OlderDocuments, AreReadAsTheyWereMeant) {
   component->AddItem(new tdbFixedLink(0));
   component->GetItem(0)->SetName("m");
   ASSERT_TRUE(components.AddTool(component, false));
-  const std::string text = file_system().Read(TOOLDB_TEST_DATA "/older/tools.xml");
+  const std::string text = file_system().Read(TOOLDB_TEST_DATA "/older_tools.xml");
   std::vector<tdbTool*> tools;
   tdbError error(0, "");
   EXPECT_TRUE(tdbXmlReader::ImportFromXml(text.c_str(), {"/lib"}, tools, error, &components))
@@ -141,18 +141,6 @@ TEST(ItemReader, EveryTypeNameIsRead) {
   expect_types("CUTTINGTOOL", kCuttingToolTypes);
   expect_types("ANGLEHEAD", kAngleHeadTypes);
   EXPECT_EQ(tool_from(tool_with("<CUTTINGTOOL TYPE='UNDEF'/>"))->GetItem(0)->GetType(), -1);
-}
-
-TEST(Components, MembersAreMarkedAndUsesAreNot) {
-  const auto component = read_as<tdbToolComponent>(
-      "<TOOLCOMPONENT NAME='k' CODE='c' VER='7'><CUTTINGTOOL TYPE='DRILL'><CUTTER TYPE='DRILL'/>"
-      "</CUTTINGTOOL></TOOLCOMPONENT>",
-      ComponentShelf().Finder());
-  EXPECT_EQ(component->GetCode(), "c");
-  EXPECT_EQ(component->GetVersion(), 7);
-  EXPECT_TRUE(component->IsComponent());
-  for (const tdbItem* item : items_below(*component)) EXPECT_TRUE(item->IsComponent());
-  EXPECT_FALSE(tool_from(tool_with("<TOOLCOMPONENT CODE='?'/>"))->GetItem(0)->IsComponent());
 }
 
 }  // namespace

@@ -106,26 +106,5 @@ INSTANTIATE_TEST_SUITE_P(Names, RoundTrip, testing::Bool(), [](const auto& row) 
   return std::string(row.param ? "Unique" : "Shared");
 });
 
-TEST(RoundTrip, EveryPartIsWrittenOnceWhoeverHoldsIt) {
-  // A definition inside a tool, with a cutting tool in it and a stranger below a member.
-  tdbTool tool("T", "tool");
-  auto* component = new tdbToolComponent(0, "definition", "");
-  tool.AddItem(component);
-  auto* cutting = new tdbCuttingTool(new tdbToolCutter(3), new tdbToolShank(0), 3);
-  cutting->SetName("cutting");
-  component->AddItem(cutting);
-  component->Visit([](void*, tdbItem* item) { item->SetItemComponent(true); }, nullptr);
-  auto* stranger = new tdbToolHolder(0);
-  component->AddItem(stranger);
-  stranger->SetName("stranger");
-  const std::string text = xml_of(tool);
-  for (const char* start : {"<TOOLCOMPONENT", "<CUTTINGTOOL", "<CUTTER", "<SHANK", "<HOLDER"}) {
-    EXPECT_EQ(text.find(start), text.rfind(start)) << start;
-    EXPECT_NE(text.find(start), std::string::npos) << start;
-  }
-  EXPECT_NE(text.find("NAME=\"stranger\" PARENT=\"\\tool\\definition\""), std::string::npos);
-  EXPECT_EQ(xml_of(*tool_from(text)), text);
-}
-
 }  // namespace
 }  // namespace tooldb
