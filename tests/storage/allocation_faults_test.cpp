@@ -87,21 +87,19 @@ void make_mill(World& world) {
 /// Clipper, which makes offsets, loses a block when it finds no memory for the next.
 constexpr std::string_view kOffset = "Offset";
 
-/// Calls besides those of the databases on the disk; none of them changes a file. Those that answer
-/// true in any case have an answer for want of memory too.
+/// A call that has an answer for want of memory too.
+template <auto kCall>
+bool always(World& world) {
+  kCall(world);
+  return true;
+}
+
+/// Calls besides those of the databases on the disk; none of them changes a file.
 constexpr Operation kMoreCalls[] = {
     {"ImportFromXml", Need::kWrite, write_document,
      [](World& w) { return w.db.ImportFromXml(w.text.c_str(), {}); }},
-    {"Sort", Need::kRead, nothing,
-     [](World& w) {
-       w.db.Sort(0, true);
-       return true;
-     }},
-    {"WriteDocument", Need::kRead, nothing,
-     [](World& w) {
-       write_document(w);
-       return true;
-     }},
+    {"Sort", Need::kRead, nothing, always<[](World& w) { w.db.Sort(0, true); }>},
+    {"WriteDocument", Need::kRead, nothing, always<[](World& w) { write_document(w); }>},
     {"ReaderImport", Need::kRead, write_document,
      [](World& w) {
        std::vector<tdbTool*> tools;
@@ -114,10 +112,7 @@ constexpr Operation kMoreCalls[] = {
        return w.FilledError(owned(tdbXmlReader::ReadTool(w.path.c_str(), {}, w.error, nullptr)));
      }},
     {"IsToolFile", Need::kRead, take_tool_file,
-     [](World& w) {
-       tdbXmlReader::IsTalvikToolFile(w.path.c_str());
-       return true;
-     }},
+     always<[](World& w) { tdbXmlReader::IsTalvikToolFile(w.path.c_str()); }>},
     {"TemporaryTool", Need::kWrite, nothing,
      [](World& w) { return tdbAddTempMillTool(&w.db, "T4") != nullptr; }},
     {"Components", Need::kRead, [](World& w) { w.TakePath("out"); },
@@ -125,16 +120,13 @@ constexpr Operation kMoreCalls[] = {
        return w.components.Create(std::move(w.path)) &&
               w.components.ImportFromXml("<TOOLDB/>", {}) && w.components.Reload({});
      }},
-    {"Outline", Need::kRead, make_mill,
-     [](World& w) {
+    {"Outline", Need::kRead, make_mill, always<[](World& w) {
        w.cutter->BuildProfile();
        std::vector<std::vector<Point2d<double>>> contours;
        w.cutter->GetProfile(nullptr, contours, 0.1, 0);
        tdbProfile::HilightCuttingProfile(*w.cutter, 0.1, contours);
-       return true;
-     }},
-    {"Mesh", Need::kRead, make_mill,
-     [](World& w) {
+     }>},
+    {"Mesh", Need::kRead, make_mill, always<[](World& w) {
        std::vector<Triangle<double>> triangles;
        w.cutter->GetShape(nullptr, triangles, 0.1);
        tdbProfile::GetAssemblyShape(*w.made, nullptr, triangles, 0.1);
@@ -143,43 +135,32 @@ constexpr Operation kMoreCalls[] = {
        tdbProfile::ExtractProfile(triangles, points, 0.1F);
        tdbStlText(triangles, "mill");
        tdbStlBinary(triangles);
-       return true;
-     }},
-    {"Shape", Need::kRead, make_mill,
-     [](World& w) {
+     }>},
+    {"Shape", Need::kRead, make_mill, always<[](World& w) {
        bool empty = false;
        kinShape* const shape =
            w.cutter->CreateShape(tdbDefaultSceneManager(), 0.1, false, 0, &empty, 0);
        if (shape != nullptr) shape->Release();
-       return true;
-     }},
-    {"Questions", Need::kRead, make_mill,
-     [](World& w) {
+     }>},
+    {"Questions", Need::kRead, make_mill, always<[](World& w) {
        tdbProfile::OutlineError(*w.cutter);
        tdbProfile::GetDimensions(*w.cutter);
        tdbGetTypeName(*w.cutter);
        tdbGetTypeNames(*w.cutter);
        tdbGetTypeByName(*w.cutter, "no such type");
-       return true;
-     }},
-    {"Makers", Need::kRead, make_mill,
-     [](World& w) {
+     }>},
+    {"Makers", Need::kRead, make_mill, always<[](World& w) {
        static tdbToolShank shank(0);
        tdbMakeAptMillCutter(w.cutter, 10, 1, 4, 1, 0, 0, 20);
        tdbMakeAptMillShank(&shank, 10, 20);
-       return true;
-     }},
-    {"Insert", Need::kRead, nothing,
-     [](World& w) {
+     }>},
+    {"Insert", Need::kRead, nothing, always<[](World& w) {
        tdbProfile::CreateInsertProfile({.inscribedCircle = 12.7, .cornerRadius = 0.8}, w.text);
-       return true;
-     }},
-    {kOffset, Need::kRead, nothing,
-     [](World&) {
+     }>},
+    {kOffset, Need::kRead, nothing, always<[](World&) {
        static const std::vector<Point2d<double>> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
        tdbProfile::OffsetProfile2(square, 1);
-       return true;
-     }},
+     }>},
 };
 
 class ShortOfMemory : public Disturbed {

@@ -194,6 +194,12 @@ INSTANTIATE_TEST_SUITE_P(Ways, ComponentRemoval, testing::ValuesIn(kRemovals),
 struct Tools {
   Tools() { tool->AddItem(new tdbToolComponent(0, "use", "C1")); }
 
+  Tools& Link(tdbToolComponentsDB& components) {
+    db.LinkToolComponents(&components);
+    return *this;
+  }
+  bool HasUse() const { return tool->GetItemCount() == 1; }
+
   tdbToolDB db{"", 1};
   tdbTool* tool = add_tool(db, "T1");
 };
@@ -218,38 +224,30 @@ struct LinkCase {
 };
 
 constexpr LinkCase kLinks[] = {
-    {"MovesToTheNextComponents",
-     [](Linked& all) {
-       all.mine.db.LinkToolComponents(&all.first);
-       all.mine.db.LinkToolComponents(&all.second);
-     },
+    {"MovesToTheNextComponents", [](Linked& all) { all.mine.Link(all.first).Link(all.second); },
      "mine others", "others"},
     {"IsNotCopiedWithTheComponents",
      [](Linked& all) {
-       all.mine.db.LinkToolComponents(&all.first);
+       all.mine.Link(all.first);
        tdbToolComponentsDB copy(all.first);
        remove_c1(copy);
        all.second = all.first;
      },
      "others", "mine others"},
     {"EndsWhenTheToolsAreAssigned",
-     [](Linked& all) {
-       all.mine.db.LinkToolComponents(&all.first);
-       all.mine.db = all.others.db;
-     },
-     "mine others", "mine others"},
+     [](Linked& all) { all.mine.Link(all.first).db = all.others.db; }, "mine others",
+     "mine others"},
     {"StaysWithTheToolsThatTookItOver",
      [](Linked& all) {
-       all.mine.db.LinkToolComponents(&all.first);
-       all.others.db.LinkToolComponents(&all.first);
-       all.mine.db.LinkToolComponents(&all.second);
+       all.mine.Link(all.first);
+       all.others.Link(all.first);
+       all.mine.Link(all.second);
      },
      "mine", "others"},
     {"EndsWithTheToolDatabase",
      [](Linked& all) {
-       tdbToolDB gone("", 1);
-       gone.LinkToolComponents(&all.first);
-       const tdbToolDB copy(gone);
+       Tools gone;
+       const tdbToolDB copy(gone.Link(all.first).db);
        EXPECT_EQ(copy.GetToolComponentDB(), &all.first);
      },
      "mine others", "mine others"},
@@ -257,19 +255,18 @@ constexpr LinkCase kLinks[] = {
      [](Linked& all) {
        {
          tdbToolComponentsDB gone("", 1);
-         all.mine.db.LinkToolComponents(&gone);
-         all.mine.db.LinkToolComponents(nullptr);
+         all.mine.Link(gone).db.LinkToolComponents(nullptr);
          EXPECT_EQ(all.mine.db.GetToolComponentDB(), &gone);
        }
        EXPECT_EQ(all.mine.db.GetToolComponentDB(), nullptr);
        all.mine.db.UpdateToolComponents();
-       all.mine.db.LinkToolComponents(&all.second);
+       all.mine.Link(all.second);
      },
      "mine others", "others"},
     {"LeavesTheCallbackOfAnotherAlone",
      [](Linked& all) {
-       tdbToolDB gone("", 1);
-       gone.LinkToolComponents(&all.first);
+       Tools gone;
+       gone.Link(all.first);
        all.first.SetBeforeDeleteCallback(tdbToolDB::BeforeDeleteComponent, &all.others.db);
      },
      "mine", "mine others"},
@@ -281,9 +278,8 @@ class ComponentLink : public testing::TestWithParam<LinkCase> {
     Linked all;
     GetParam().link(all);
     remove_c1(all.*components);
-    const bool mine = all.mine.tool->GetItemCount() == 1;
-    const bool others = all.others.tool->GetItemCount() == 1;
-    return std::string(mine ? "mine" : "") + (mine && others ? " " : "") + (others ? "others" : "");
+    return all.mine.HasUse() ? (all.others.HasUse() ? "mine others" : "mine")
+                             : (all.others.HasUse() ? "others" : "");
   }
 };
 
