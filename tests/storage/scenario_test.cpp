@@ -142,7 +142,8 @@ class Session {
           {"make-file", [](auto& s, auto& w) { return s.MakeFile(w[1], w[2]); }},
           {"copy-file",
            [](auto& s, auto& w) { return std::filesystem::copy_file(s.Path(w[1]), s.Path(w[2])); }},
-          {"delete-file", [](auto& s, auto& w) { return std::filesystem::remove(s.Path(w[1])); }},
+          {"delete",
+           [](auto& s, auto& w) { return std::filesystem::remove_all(s.Path(w[1])) > 0; }},
       };
       if constexpr (std::is_same_v<Item, tdbTool>) {
         verbs.insert({
@@ -153,6 +154,11 @@ class Session {
             {"import-no-tools", [](auto& s, auto&) { return s.db_.Import(nullptr); }},
             {"import", [](auto& s, auto& w) { return s.Import(w.From(1)); }},
             {"export-loaded", [](auto& s, auto& w) { return s.ExportLoaded(w); }},
+        });
+      } else {
+        verbs.insert({
+            {"remove-code", [](auto& s, auto& w) { return s.db_.RemoveToolComponentByCode(w[1]); }},
+            {"hear-removals", [](auto& s, auto&) { return s.HearRemovals(); }},
         });
       }
       return verbs;
@@ -172,6 +178,17 @@ class Session {
 
   bool MakeFile(const std::string& name, const std::string& text) const {
     return !(std::ofstream(Path(name), std::ios::binary) << text).fail();
+  }
+
+  bool HearRemovals() {
+    db_.SetBeforeDeleteCallback(
+        [](void* user, tdbToolComponent* component) {
+          auto& s = *static_cast<Session*>(user);
+          const bool listed = Calls::Find(s.db_, component->GetCode(), 1) == component;
+          s.told_ += "removes " + component->GetCode() + (listed ? "\n" : " too late\n");
+        },
+        this);
+    return true;
   }
 
   bool Add(Owned item, bool replace) {

@@ -130,66 +130,6 @@ TEST_F(Attached, ItemsAndUsesOutliveTheComponent) {
   EXPECT_EQ(inner->GetItemCount(), 1U);
 }
 
-struct RemovalCase {
-  std::string_view name;
-  void (*remove)(WatchedComponents& db);
-  int calls;  ///< of the before-delete callback, for a library of C1 and C2
-};
-
-constexpr RemovalCase kRemovals[] = {
-    {"ByCode", [](auto& db) { db.RemoveToolComponentByCode("C1"); }, 1},
-    {"ByPointer",
-     [](auto& db) {
-       const std::unique_ptr<tdbToolComponent> mine(db.GetToolComponent(0, 1));
-       db.RemoveTool(mine.get());
-     },
-     1},
-    {"OneWhoseFileStays",
-     [](auto& db) {
-       std::filesystem::remove_all(db.GetFolderPath());
-       EXPECT_FALSE(db.RemoveToolComponentByCode("C1"));
-       EXPECT_EQ(db.GetCount(1), 2);
-     },
-     0},
-    {"AllWithFiles", [](auto& db) { db.RemoveAllToolComponents(true, 1); }, 2},
-    {"AllThoughTheFilesStay",
-     [](auto& db) {
-       std::filesystem::remove_all(db.GetFolderPath());
-       db.RemoveAllToolComponents(true, 1);
-       EXPECT_EQ(db.GetCount(1), 0);
-     },
-     2},
-    {"AllListed", [](auto& db) { db.RemoveAllToolComponents(false, 1); }, 2},
-    {"AllFiles", [](auto& db) { db.RemoveAllToolComponents(true, 2); }, 0},
-    {"UnknownCode", [](auto& db) { db.RemoveToolComponentByCode("none"); }, 0},
-    {"Replaced", [](auto& db) { add_component(db, "C1"); }, 0},
-    {"Reloaded", [](auto& db) { db.Reload({}); }, 0},
-};
-
-class ComponentRemoval : public Components, public testing::WithParamInterface<RemovalCase> {};
-
-TEST_P(ComponentRemoval, CallsBackOnceWhileTheComponentIsListed) {
-  for (const char* code : {"C1", "C2"}) add_component(components_, code);
-  struct Seen {
-    WatchedComponents& db;
-    int listed = 0;
-    int calls = 0;
-  } seen{components_};
-  components_.SetBeforeDeleteCallback(
-      [](void* user, tdbToolComponent* component) {
-        auto& s = *static_cast<Seen*>(user);
-        ++s.calls;
-        s.listed += s.db.GetToolComponentByCode(component->GetCode(), 1) == component ? 1 : 0;
-      },
-      &seen);
-  GetParam().remove(components_);
-  EXPECT_EQ(seen.calls, GetParam().calls);
-  EXPECT_EQ(seen.listed, GetParam().calls);
-}
-
-INSTANTIATE_TEST_SUITE_P(Ways, ComponentRemoval, testing::ValuesIn(kRemovals),
-                         row_name<RemovalCase>);
-
 /// A tool database with one use of C1.
 struct Tools {
   Tools() { tool->AddItem(new tdbToolComponent(0, "use", "C1")); }
