@@ -9,16 +9,10 @@ class CuttingConditions : public testing::Test {};
 using BothKinds = testing::Types<tdbCutCond, tdbTurningCutCond>;
 TYPED_TEST_SUITE(CuttingConditions, BothKinds);
 
-TYPED_TEST(CuttingConditions, NewOnesRequireNothing) {
-  TypeParam cond;
-  EXPECT_FALSE(cond.RequiresCutConditionVerify());
-  EXPECT_FALSE(cond.RequiresCutConditionOpti());
-  EXPECT_FALSE(cond.RequiresAnyCutCondition());
-  EXPECT_EQ(cond.GetOptimizationCriteria(), 0);
-}
-
 TYPED_TEST(CuttingConditions, CriteriaAreTwoFlags) {
   TypeParam cond;
+  EXPECT_FALSE(cond.RequiresAnyCutCondition());
+  EXPECT_EQ(cond.GetOptimizationCriteria(), 0);
   for (const int criteria : {0, 1, 2, 3}) {
     cond.SetOptimizationCriteria(criteria);
     EXPECT_EQ(cond.GetOptimizationCriteria(), criteria);

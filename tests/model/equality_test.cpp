@@ -156,11 +156,6 @@ const Change<tdbCutCond> kMillingChanges[] = {
     {"SamplesOffset", [](auto& c) { c.SetSamplesOffset(1); }},
 };
 
-TEST(Equality, OfMillingConditions) {
-  expect_seen<tdbCutCond>({}, kSharedChanges<tdbCutCond>);
-  expect_seen<tdbCutCond>({}, kMillingChanges);
-}
-
 const Change<tdbTurningCutCond> kTurningChanges[] = {
     {"ChipSection", [](auto& c) { c.GetVerifyChipSection().enabled = true; }, kSeen, kAsksToVerify},
     {"ChipWidth", [](auto& c) { c.GetVerifyChipWidth().enabled = true; }, kSeen, kAsksToVerify},
@@ -172,7 +167,9 @@ const Change<tdbTurningCutCond> kTurningChanges[] = {
     {"CornerRadius", [](auto& c) { c.SetCornerRadius(2); }},
 };
 
-TEST(Equality, OfTurningConditions) {
+TEST(Equality, OfConditions) {
+  expect_seen<tdbCutCond>({}, kSharedChanges<tdbCutCond>);
+  expect_seen<tdbCutCond>({}, kMillingChanges);
   expect_seen<tdbTurningCutCond>({}, kSharedChanges<tdbTurningCutCond>);
   expect_seen<tdbTurningCutCond>({}, kTurningChanges);
 }

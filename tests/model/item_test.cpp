@@ -27,14 +27,6 @@ TEST(Item, ParametersAreSetByAnythingButNull) {
   }
 }
 
-TEST(Item, ParametersAreOrderedByTheirBytes) {
-  tdbToolCutter cutter;
-  for (const char* name : {"b", "\xC3\xA4", "B", "a1", "a"}) cutter.SetParam(name, "1");
-  std::string order;
-  for (const auto& [name, value] : cutter.GetParams()) order += name + " ";
-  EXPECT_EQ(order, "B a a1 b \xC3\xA4 ");
-}
-
 TEST(Item, CopiesStartInterferenceAnewAndAssignmentKeepsTheTargetsOwn) {
   tdbToolHolder source(1);
   source.SetInterferenceSettings({false, 1, 2});

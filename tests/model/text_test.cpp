@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tooldb/tool_parts.h"
-
 namespace tooldb {
 namespace {
 
@@ -48,15 +46,6 @@ TEST(Text, CaseAndBlanksAreAscii) {
   EXPECT_EQ(trimmed(" \t\r\n a b \v\f"), "a b");
   EXPECT_EQ(trimmed(" \n "), "");
   EXPECT_EQ(comparable_code(" d10-\xC3\xA4 "), "D10-\xC3\xA4");
-}
-
-TEST(Text, ParentChainNamesTheWayFromTheRoot) {
-  tdbToolComponent component(0, "Adapter");
-  auto* link = new tdbFixedLink(0);
-  link->SetName("Plate");
-  component.AddItem(link);
-  EXPECT_EQ(parent_chain(*link), "\\Adapter\\Plate");
-  EXPECT_EQ(parent_chain(component), "\\Adapter");
 }
 
 }  // namespace

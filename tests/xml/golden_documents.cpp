@@ -114,7 +114,7 @@ std::string assembly() {
   auto* use = new tdbToolComponent(0, "used", "K-1");
   holder->AddItem(use);
   use->SetVersion(3);
-  use->AddItem(golden_shelf().Finder()("K-1")->GetItem(0)->Clone());
+  use->AddItem(golden_component("K-1")->GetItem(0)->Clone());
   auto* member = dynamic_cast<tdbCompositeItem*>(use->GetItem(0));
   hang<tdbToolHolder>(*member, 7, 0, "on a member");
   hang<tdbToolHolder>(*use, 8, 0, "on the use");
@@ -225,15 +225,14 @@ const std::vector<GoldenDocument> kGoldenDocuments = {
     {"components", DocumentKind::kComponents, components},
 };
 
-const ComponentShelf& golden_shelf() {
-  static const ComponentShelf kShelf = [] {
-    ComponentShelf shelf;
+const tdbToolComponent* golden_component(const std::string& code) {
+  static const std::unique_ptr<const tdbToolComponent> kComponent = [] {
     auto component = std::make_unique<tdbToolComponent>(0, "library", "K-1");
     hang<tdbToolHolder>(*hang<tdbFixedLink>(*component, 1, 0, "link"), 2, 1, "holder");
-    shelf.Put(std::move(component));
-    return shelf;
+    component->Visit([](void*, tdbItem* item) { item->SetItemComponent(true); }, nullptr);
+    return component;
   }();
-  return kShelf;
+  return code == "K-1" ? kComponent.get() : nullptr;
 }
 
 std::string golden_path(const std::string& name) {
@@ -253,7 +252,7 @@ namespace {
 template <class Part>
 std::string rewritten_parts(const std::string& text) {
   EntryScanner scanner(text, EntryKind<Part>::kTag);
-  const ComponentFinder finder = golden_shelf().Finder();
+  const ComponentFinder finder = golden_component;
   std::string out;
   while (auto entry = scanner.Next()) {
     EntryReading<Part>(*std::move(entry))

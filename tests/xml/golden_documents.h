@@ -21,8 +21,8 @@ extern const std::vector<GoldenDocument> kGoldenDocuments;
 /// The search paths that the documents are written with.
 extern const std::vector<std::string> kGoldenPaths;
 
-/// The library that their tools use: component K-1 with a link that carries a holder.
-const ComponentShelf& golden_shelf();
+/// Finds the one component that their tools use: K-1 with a link that carries a holder.
+const tdbToolComponent* golden_component(const std::string& code);
 
 /// The kept bytes; a failed test when there are none.
 std::string golden_bytes(const std::string& name);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,38 +24,13 @@ std::string xml_of(const Object& object, const std::vector<std::string>& paths =
   return text;
 }
 
-/// A components library that is nothing but a list.
-class ComponentShelf {
- public:
-  /// Adds a component with everything below it marked as a member.
-  void Put(std::unique_ptr<tdbToolComponent> component) {
-    bool member = true;
-    component->Visit([](void* flag, tdbItem* i) { i->SetItemComponent(*static_cast<bool*>(flag)); },
-                     &member);
-    components_[component->GetCode()] = std::move(component);
-  }
-  ComponentFinder Finder() const {
-    return [this](const std::string& code) -> const tdbToolComponent* {
-      const auto found = components_.find(code);
-      return found == components_.end() ? nullptr : found->second.get();
-    };
-  }
-
- private:
-  std::map<std::string, std::unique_ptr<tdbToolComponent>> components_;
-};
-
-/// The first entry of a document, read without a database; raises what the reader raises.
-template <class Part>
-std::unique_ptr<Part> read_as(std::string_view text, const ComponentFinder& finder,
-                              const std::vector<std::string>& paths = kNoPaths) {
-  return EntryReading<Part>(first_entry(text, EntryKind<Part>::kTag)).Finish({paths, finder});
-}
-
-inline std::unique_ptr<tdbTool> tool_from(std::string_view text,
-                                          const ComponentFinder& finder = ComponentShelf().Finder(),
-                                          const std::vector<std::string>& paths = kNoPaths) {
-  return read_as<tdbTool>(text, finder, paths);
+/// The tool of a document, read without a database; raises what the reader raises.
+/// @param finder  what finds the components that it uses
+inline std::unique_ptr<tdbTool> tool_from(
+    std::string_view text,
+    const ComponentFinder& finder = [](const std::string&) { return nullptr; },
+    const std::vector<std::string>& paths = kNoPaths) {
+  return EntryReading<tdbTool>(first_entry(text, EntryKind<tdbTool>::kTag)).Finish({paths, finder});
 }
 
 /// A tool around some children of its element.
