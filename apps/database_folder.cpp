@@ -1,6 +1,12 @@
 #include "apps/database_folder.h"
 
 namespace tooldb {
+namespace {
+
+// How the library says that nothing stands at a path, in the same words on every system.
+constexpr std::string_view kNothingThere = "No such file or directory";
+
+}  // namespace
 
 std::string file_message(const std::string& file, const tdbError& error) {
   const std::string text =
@@ -26,6 +32,16 @@ void require_unchanged(const std::string& path, const std::string& bytes) {
   if (tdbFileUtil::file_exists(path) && file_bytes(path) == bytes) return;
   throw Failure(path + ": the file was changed since it was read; nothing was written (--force " +
                 "overwrites it)");
+}
+
+void require_folder(const std::string& path) {
+  if (tdbFileUtil::directory_exists(path)) return;
+  try {
+    tdbFileUtil::get_file_count(path, "");
+  } catch (const tdbError& error) {
+    if (!error.message.ends_with(kNothingThere)) throw Failure(error.message);
+  }
+  throw Failure("there is no folder '" + path + "'; 'tooldb init' makes one");
 }
 
 std::string code_of_file(const std::string& name) {

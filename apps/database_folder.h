@@ -43,13 +43,15 @@ void report_errors(Database& database, Console& console) {
   database.SetErrorCallback(report, &console);
 }
 
+/// Raises `Failure` unless there is a folder at `path`; its text tells one that is not there from
+/// one that the system refuses.
+void require_folder(const std::string& path);
+
 /// Opens the folder of a database. For reading nothing is tried out in it, so that a folder which
 /// cannot be written serves as well. Raises `Failure`.
 template <class Database>
 void open_folder(Database& database, const std::string& folder, Use use) {
-  if (!tdbFileUtil::directory_exists(folder)) {
-    throw Failure("there is no folder '" + folder + "'; 'tooldb init' makes one");
-  }
+  require_folder(folder);
   database.SetFolderPath(folder.c_str());
   tdbError error;
   std::string path = folder;

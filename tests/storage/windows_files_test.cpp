@@ -24,7 +24,7 @@ struct PathCase {
 const std::string kDevice = "name of a device";
 const std::string kDropped = "name that ends in a dot or a blank, which the system drops";
 const std::string kDriveRelative =
-    "relative to the current folder of a drive; name the folder in full";
+    "relative to the current folder of a drive; give the full path, as in C:\\tools";
 
 const PathCase kPaths[] = {
     {"DriveRelative", "C:tools/T1.ktf", kDriveRelative},

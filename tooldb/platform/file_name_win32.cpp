@@ -77,7 +77,7 @@ std::string_view system_path_problem(const std::string& path) {
   if (names.size() > 1 && names[1] == ':') {
     names.remove_prefix(2);
     if (names.empty() || !is_slash(names[0])) {
-      return "relative to the current folder of a drive; name the folder in full";
+      return "relative to the current folder of a drive; give the full path, as in C:\\tools";
     }
   }
   const std::string_view problem = name_problem_in(names);
