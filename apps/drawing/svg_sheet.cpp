@@ -162,6 +162,7 @@ void SvgSheet::Arrow(PaperPoint tip, PaperPoint from) {
 
 void SvgSheet::Text(std::string_view style, PaperPoint at, double height, Anchor anchor,
                     std::string_view text, double turn) {
+  if (text.empty()) return;
   const std::string x = number(at.x);
   const std::string y = number(at.y);
   const std::string rotation =
