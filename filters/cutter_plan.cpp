@@ -34,13 +34,6 @@ double checked_height(const CutterSize& size, double least, CutterPlan& plan) {
   return height;
 }
 
-double checked_radius(const CutterSize& size, double most, CutterPlan& plan) {
-  if (size.corner_radius <= most * (1 + 1e-9)) return std::min(size.corner_radius, most);
-  plan.remarks.push_back("corner radius " + number_text(size.corner_radius) + " cut to " +
-                         number_text(most));
-  return most;
-}
-
 /// An angle inside 0..90, else `otherwise`.
 double checked_angle(double angle, double otherwise, CutterPlan& plan) {
   if (angle > 0 && angle <= 90) return angle;
@@ -133,6 +126,12 @@ int thread_rows(const CutterSize& size) {
 
 }  // namespace
 
+double checked_radius(double radius, double most, CutterPlan& plan) {
+  if (radius <= most * (1 + 1e-9)) return std::min(radius, most);
+  plan.remarks.push_back("corner radius " + number_text(radius) + " cut to " + number_text(most));
+  return most;
+}
+
 CutterPlan plain_cutter(const CutterSize& size) {
   CutterPlan plan;
   const double height = checked_height(size, 0, plan);
@@ -144,7 +143,7 @@ CutterPlan plain_cutter(const CutterSize& size) {
 CutterPlan bull_nose_cutter(const CutterSize& size) {
   if (size.corner_radius <= 0) return plain_cutter(size);
   CutterPlan plan;
-  const double radius = checked_radius(size, size.diameter / 2, plan);
+  const double radius = checked_radius(size.corner_radius, size.diameter / 2, plan);
   return semispheric(size, radius, std::move(plan));
 }
 
@@ -215,7 +214,8 @@ CutterPlan disc_cutter(const CutterSize& size) {
   CutterPlan plan;
   plan.kind = CuttingKind::kDisc;
   const double height = checked_height(size, 0, plan);
-  const double radius = checked_radius(size, std::min(height, size.diameter) / 2, plan);
+  const double radius =
+      checked_radius(size.corner_radius, std::min(height, size.diameter) / 2, plan);
   plan.dimensions = {{"DIAMETER", size.diameter}, {"HEIGHT", height}, {"FILLET", radius}};
   set_top(plan, height, size.diameter);
   return plan;
@@ -307,7 +307,7 @@ CutterPlan boring_bar_cutter(const CutterSize& size) {
   const double bar =
       size.neck_diameter > 0 ? std::min(size.neck_diameter, size.diameter) : size.diameter;
   const double height = std::max(head, size.neck_end);
-  const double radius = checked_radius(size, std::min(head, size.diameter / 2), plan);
+  const double radius = checked_radius(size.corner_radius, std::min(head, size.diameter / 2), plan);
   plan.dimensions = {{"DIAMETER", size.diameter}, {"DIAMETER1", bar}, {"HEIGHT", height},
                      {"HEIGHT1", head},           {"ANGLE", 0},       {"FILLET", radius}};
   set_top(plan, height, bar);

@@ -64,6 +64,9 @@ struct CutterPlan {
   std::vector<std::string> remarks;  ///< what was changed to make an outline, and why
 };
 
+/// The radius, at most `most`; the plan's remarks tell of a cut.
+double checked_radius(double radius, double most, CutterPlan& plan);
+
 /// A recipe turns sizes, whose diameter is positive, into a plan.
 using CutterRecipe = CutterPlan (*)(const CutterSize& size);
 

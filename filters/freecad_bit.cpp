@@ -227,10 +227,9 @@ void BitReader::AddInsert(const std::string& key) {
   builder_.SetKind(ToolKind::kTurning);
   const InsertShape* named = insert_shape(std::string_view(key).substr(kInsertShapePrefix.size()));
   const InsertShape& shape = named != nullptr ? *named : insert_shape_of_angle(size_.point_angle);
-  const InsertSize insert{size_.diameter, size_.edge_length, size_.corner_radius, size_.point_angle,
-                          0};
+  InsertSize insert{size_.diameter, size_.edge_length, size_.corner_radius, size_.point_angle, 0};
   CutterPlan plan = insert_plan(shape, insert, builder_.Unit());
-  builder_.Tool().GetTurningCutCond().SetCornerRadius(InMillimetres(size_.corner_radius));
+  builder_.Tool().GetTurningCutCond().SetCornerRadius(InMillimetres(insert.corner_radius));
   builder_.AddCuttingTool(make_insert(plan, std::string(1, shape.letter), builder_.Unit()), plan,
                           0);
 }

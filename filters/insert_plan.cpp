@@ -64,7 +64,7 @@ const InsertShape& insert_shape_of_angle(double angle) {
   return shape == kShapes.end() || shape->letter == 'R' ? kShapes.front() : *shape;
 }
 
-CutterPlan insert_plan(const InsertShape& shape, const InsertSize& size, LengthUnit unit) {
+CutterPlan insert_plan(const InsertShape& shape, InsertSize& size, LengthUnit unit) {
   CutterPlan plan;
   plan.kind = shape.kind;
   const double angle = size.angle > 0 && size.angle < 180 ? size.angle : shape.angle;
@@ -74,12 +74,13 @@ CutterPlan insert_plan(const InsertShape& shape, const InsertSize& size, LengthU
     circle = length_in(kUsualInscribedCircle, LengthUnit::kMillimetre, unit);
     plan.remarks.push_back("no size is given; inscribed circle taken as " + number_text(circle));
   }
+  size.corner_radius = checked_radius(size.corner_radius, circle / 2, plan);
   double thickness = size.thickness;
   if (thickness <= 0) {
     thickness = length_in(kUsualThickness, LengthUnit::kMillimetre, unit);
     plan.remarks.push_back("no thickness is given; taken as " + number_text(thickness));
   }
-  plan.dimensions = {{"DIAMETER", circle}, {"FILLET", std::min(size.corner_radius, circle / 2)}};
+  plan.dimensions = {{"DIAMETER", circle}, {"FILLET", size.corner_radius}};
   if (angle > 0) plan.dimensions.emplace_back("ANGLE", angle);
   if (size.edge_length > 0) plan.dimensions.emplace_back("LENGTH", size.edge_length);
   plan.dimensions.emplace_back("HEIGHT", thickness);

@@ -29,6 +29,7 @@ struct InsertSize {
   double thickness = 0;
 };
 
-CutterPlan insert_plan(const InsertShape& shape, const InsertSize& size, LengthUnit unit);
+/// @param size  its radius is cut to what fits
+CutterPlan insert_plan(const InsertShape& shape, InsertSize& size, LengthUnit unit);
 
 }  // namespace tooldb

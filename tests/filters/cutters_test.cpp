@@ -112,6 +112,10 @@ const CutterCase kMills[] = {
     {"Rhombic", mill("turning general", R"("SC": "V", "INSD": 9.525, "RE": 0.8, "S": 4)"),
      "mm TURNING D9.525 L0: TURNING_INSERT_ROMBOID ANGLE=35 DIAMETER=9.525 FILLET=0.8 HEIGHT=4 "
      "INSERT_SHAPE=V"},
+    {"RoundWithTooLargeARadius",
+     mill("turning general", R"("SC": "R", "INSD": 12, "RE": 12, "S": 4)"),
+     "mm TURNING D12 L0: TURNING_INSERT_R DIAMETER=12 FILLET=6 HEIGHT=4 INSERT_SHAPE=R",
+     "corner radius 12 cut to 6"},
     {"Unknown", mill("corkscrew"), "mm MILL D10 L40: MILL_FLATEND DIAMETER=10 HEIGHT=20; shank 40",
      "drawn as a cylinder"},
 };
