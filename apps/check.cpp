@@ -149,18 +149,16 @@ void run(const Options& options, Console& console) {
   if (errors > 0) console.Fail();
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  app.add_option("FOLDER", options->folders, "Library folders")->required();
-  app.add_option("--components", options->components,
+void add_arguments(CLI::App& app, Options& options) {
+  app.add_option("FOLDER", options.folders, "Library folders")->required();
+  app.add_option("--components", options.components,
                  "Folder of the library components; without it \"components\" in each FOLDER")
       ->type_name("DIR");
-  app.add_flag("--json", options->json, "Print JSON");
+  app.add_flag("--json", options.json, "Print JSON");
   app.add_flag(
-      "--repair", options->repair,
+      "--repair", options.repair,
       "Rename files to what their codes are written as, and move files that cannot be read "
       "to \"lost+found\" in FOLDER");
-  return [options](Console& console) { run(*options, console); };
 }
 
 constexpr Example kExamples[] = {
@@ -192,7 +190,7 @@ const Command kCheck = {
     "list of findings, each with file, line (or null), severity, rule, message and remedy, and "
     "repaired, what was done, where something was.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

@@ -43,13 +43,10 @@ void run(const Options& options, Console& console) {
   console.Print(code + '\n');
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("CODE", options->code, "The tool's code")->required();
-  app.add_option("NEWCODE", options->new_code,
+void add_arguments(CLI::App& app, Options& options) {
+  add_tool_arguments(app, options.folder, options.code);
+  app.add_option("NEWCODE", options.new_code,
                  "Code of the copy; without it the first free \"CODE - Clone(n)\"");
-  return [options](Console& console) { run(*options, console); };
 }
 
 constexpr Example kExamples[] = {
@@ -61,8 +58,8 @@ constexpr Example kExamples[] = {
 
 extern const Command kClone;
 const Command kClone = {
-    "clone", "Copies a tool within its folder", "Prints the code of the copy.", kExamples, declare,
-    {},
+    "clone",   "Copies a tool within its folder",    "Prints the code of the copy.",
+    kExamples, declare<Options, add_arguments, run>, {},
 };
 
 }  // namespace tooldb

@@ -2,6 +2,7 @@
 
 #include <CLI/App.hpp>
 #include <functional>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string_view>
@@ -42,6 +43,16 @@ struct Command {
   /// A command that is a group names its commands here, and `declare` is null.
   std::span<const Command* const> subcommands;
 };
+
+/// `Command::declare` of a command with options: `add_arguments` adds the arguments, each with its
+/// place in the options, and `run` gets the options once they are known.
+template <class Options, void (*add_arguments)(CLI::App&, Options&),
+          void (*run)(const Options&, Console&)>
+Action declare(CLI::App& app) {
+  auto options = std::make_shared<Options>();
+  add_arguments(app, *options);
+  return [options](Console& console) { run(*options, console); };
+}
 
 /// Every command, in the order of the help.
 std::span<const Command* const> commands();

@@ -150,15 +150,19 @@ struct Shell {
 constexpr std::array<Shell, 3> kShells = {
     {{"bash", bash_script}, {"zsh", zsh_script}, {"fish", fish_script}}};
 
-Action declare(CLI::App& app) {
-  auto wanted = std::make_shared<std::string>();
-  app.add_option("SHELL", *wanted, "bash, zsh or fish")->required();
-  return [wanted](Console& console) {
-    for (const Shell& shell : kShells) {
-      if (*wanted == shell.name) return console.Print(shell.script());
-    }
-    throw UsageError("'" + *wanted + "' is none of bash, zsh and fish");
-  };
+struct Options {
+  std::string shell;
+};
+
+void run(const Options& options, Console& console) {
+  for (const Shell& shell : kShells) {
+    if (options.shell == shell.name) return console.Print(shell.script());
+  }
+  throw UsageError("'" + options.shell + "' is none of bash, zsh and fish");
+}
+
+void add_arguments(CLI::App& app, Options& options) {
+  app.add_option("SHELL", options.shell, "bash, zsh or fish")->required();
 }
 
 constexpr Example kExamples[] = {
@@ -174,7 +178,7 @@ const Command kCompletion = {
     "Prints the completion script of a shell",
     "Completes the commands, their options and file names.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

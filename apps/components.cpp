@@ -28,15 +28,6 @@ struct Options {
   bool force = false;
 };
 
-// Declares a command of the group: FOLDER, and what `more` adds.
-template <class More, class Run>
-Action declared(CLI::App& app, More more, Run run) {
-  auto options = std::make_shared<Options>();
-  add_component_arguments(app, options->place);
-  more(app, *options);
-  return [options, run](Console& console) { run(*options, console); };
-}
-
 std::string items_text(tdbToolComponent& component) {
   std::string text;
   for (const TreeItem& entry : items_below(component)) {
@@ -145,17 +136,43 @@ void set(const Options& options, Console& console) {
   for (const auto& change : changes) console.Note(change);
 }
 
-void add_code(CLI::App& app, Options& options) {
-  app.add_option("CODE", options.code, "The component's code")->required();
-}
-
-void add_json(CLI::App& app, Options& options) {
+void add_list_arguments(CLI::App& app, Options& options) {
+  add_component_arguments(app, options.place);
   app.add_flag("--json", options.json, "Print JSON");
 }
 
-void add_new_code(CLI::App& app, Options& options) {
-  add_code(app, options);
+void add_code_arguments(CLI::App& app, Options& options) {
+  add_component_arguments(app, options.place);
+  app.add_option("CODE", options.code, "The component's code")->required();
+}
+
+void add_show_arguments(CLI::App& app, Options& options) {
+  add_code_arguments(app, options);
+  app.add_flag("--json", options.json, "Print JSON");
+}
+
+void add_set_arguments(CLI::App& app, Options& options) {
+  add_code_arguments(app, options);
+  app.add_option("ITEM.KEY=VALUE", options.settings, "What to set")->required();
+  add_force_option(app, options.force);
+}
+
+void add_clone_arguments(CLI::App& app, Options& options) {
+  add_code_arguments(app, options);
   app.add_option("NEWCODE", options.new_code, "The new code")->required();
+}
+
+void add_rename_arguments(CLI::App& app, Options& options) {
+  add_clone_arguments(app, options);
+  add_library_option(app, options.place);
+  add_force_option(app, options.force);
+}
+
+void add_remove_arguments(CLI::App& app, Options& options) {
+  add_component_arguments(app, options.place);
+  app.add_option("CODE", options.codes, "Codes of the components")->required();
+  add_library_option(app, options.place);
+  app.add_flag("--force", options.force, "Remove components that are used");
 }
 
 constexpr Example kListExamples[] = {
@@ -167,72 +184,51 @@ constexpr Example kRenameExamples[] = {{"tooldb components rename lib/components
 constexpr Example kRemoveExamples[] = {
     {"tooldb components remove lib/components HSK63", "Refused while a tool of lib uses it."}};
 
-const Command kListComponents = {"list",
-                                 "Lists the components of a folder",
-                                 "",
-                                 kListExamples,
-                                 [](CLI::App& app) { return declared(app, add_json, list); },
-                                 {}};
-const Command kShowComponent = {"show",
-                                "Shows a component with everything in it",
-                                "JSON: code, name, version and items, as \"tooldb show\" has them.",
-                                {},
-                                [](CLI::App& app) {
-                                  const auto more = [](CLI::App& a, Options& o) {
-                                    add_code(a, o);
-                                    add_json(a, o);
-                                  };
-                                  return declared(app, more, show);
-                                },
-                                {}};
+const Command kListComponents = {
+    "list",
+    "Lists the components of a folder",
+    "JSON: a list of what \"tooldb components show\" has of each.",
+    kListExamples,
+    declare<Options, add_list_arguments, list>,
+    {},
+};
+const Command kShowComponent = {
+    "show",
+    "Shows a component with everything in it",
+    "JSON: code, name, version and items, as \"tooldb show\" has them.",
+    {},
+    declare<Options, add_show_arguments, show>,
+    {},
+};
 const Command kSetComponent = {
     "set",
     "Changes values of a component's items",
     "Keys are those of items in \"tooldb set\". Every tool that uses the component has the change.",
     kSetExamples,
-    [](CLI::App& app) {
-      const auto more = [](CLI::App& a, Options& o) {
-        add_code(a, o);
-        a.add_option("ITEM.KEY=VALUE", o.settings, "What to set")->required();
-        add_force_option(a, o.force);
-      };
-      return declared(app, more, set);
-    },
-    {}};
-const Command kCloneComponent = {"clone",
-                                 "Copies a component within its folder",
-                                 "",
-                                 {},
-                                 [](CLI::App& app) { return declared(app, add_new_code, clone); },
-                                 {}};
-const Command kRenameComponent = {"rename",
-                                  "Gives a component another code",
-                                  "The tools of the library that use it follow.",
-                                  kRenameExamples,
-                                  [](CLI::App& app) {
-                                    const auto more = [](CLI::App& a, Options& o) {
-                                      add_new_code(a, o);
-                                      add_library_option(a, o.place);
-                                      add_force_option(a, o.force);
-                                    };
-                                    return declared(app, more, rename);
-                                  },
-                                  {}};
+    declare<Options, add_set_arguments, set>,
+    {},
+};
+const Command kCloneComponent = {
+    "clone", "Copies a component within its folder",       "",
+    {},      declare<Options, add_clone_arguments, clone>, {},
+};
+const Command kRenameComponent = {
+    "rename",
+    "Gives a component another code",
+    "The tools of the library that use it follow.",
+    kRenameExamples,
+    declare<Options, add_rename_arguments, rename>,
+    {},
+};
 const Command kRemoveComponent = {
     "remove",
     "Deletes components",
     "A component that a tool of the library uses is refused without --force; the tools would then "
     "refer to nothing, as \"tooldb check\" tells.",
     kRemoveExamples,
-    [](CLI::App& app) {
-      const auto more = [](CLI::App& a, Options& o) {
-        a.add_option("CODE", o.codes, "Codes of the components")->required();
-        add_library_option(a, o.place);
-        a.add_flag("--force", o.force, "Remove components that are used");
-      };
-      return declared(app, more, remove);
-    },
-    {}};
+    declare<Options, add_remove_arguments, remove>,
+    {},
+};
 
 constexpr const Command* kGroup[] = {&kListComponents, &kShowComponent,   &kSetComponent,
                                      &kCloneComponent, &kRenameComponent, &kRemoveComponent};

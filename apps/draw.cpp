@@ -151,16 +151,14 @@ void run(const Options& options, Console& console) {
   if (!options.output.empty()) console.Note("drew " + options.code + " to " + options.output);
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("CODE", options->code, "The tool's code");
-  app.add_flag("--component", options->component, "CODE is that of a library component");
-  add_output_option(app, options->output, "The SVG file to write; with --all the folder");
-  app.add_flag("--all", options->all,
+void add_arguments(CLI::App& app, Options& options) {
+  add_folder_arguments(app, options.folder);
+  app.add_option("CODE", options.code, "The tool's code");
+  app.add_flag("--component", options.component, "CODE is that of a library component");
+  add_output_option(app, options.output, "The SVG file to write; with --all the folder");
+  app.add_flag("--all", options.all,
                "Draw every tool and component, each into a file named by its code");
-  add_where_option(app, options->where);
-  return [options](Console& console) { run(*options, console); };
+  add_where_option(app, options.where);
 }
 
 constexpr Example kExamples[] = {
@@ -186,7 +184,7 @@ const Command kDraw = {
     "unless --where chooses among the tools. A component has the unit of the tools that use it, "
     "and millimetres when none does.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

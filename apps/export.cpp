@@ -150,18 +150,16 @@ void run(const Options& options, Console& console) {
   }
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("TARGET", options->target, "A folder, or a file that ends in .xml")->required();
-  app.add_option("CODE", options->codes, "Only these tools");
-  add_where_option(app, options->where);
-  app.add_flag("--with-components", options->with_components,
+void add_arguments(CLI::App& app, Options& options) {
+  add_folder_arguments(app, options.folder);
+  app.add_option("TARGET", options.target, "A folder, or a file that ends in .xml")->required();
+  app.add_option("CODE", options.codes, "Only these tools");
+  add_where_option(app, options.where);
+  app.add_flag("--with-components", options.with_components,
                "Put the library components that the tools use into the document");
-  app.add_flag("--no-models", options->no_models,
+  app.add_flag("--no-models", options.no_models,
                "Do not copy model files into the folder; the tools refer to where they are");
-  app.add_flag("--force", options->force, "Replace files that are there already");
-  return [options](Console& console) { run(*options, console); };
+  app.add_flag("--force", options.force, "Replace files that are there already");
 }
 
 constexpr Example kExamples[] = {
@@ -183,7 +181,7 @@ const Command kExport = {
     "A document names the code of each tool, so that \"tooldb import\" gives every tool back as it "
     "was.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

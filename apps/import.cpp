@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/intake.h"
@@ -24,27 +22,23 @@ void run(const Options& options, Console& console) {
   if (options.policy.dry_run) console.Note("nothing was written");
 }
 
-std::shared_ptr<Options> declare_common(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("FILE", options->files, "Files, and folders of them")->required();
-  app.add_flag("--dry-run", options->policy.dry_run, "Report what would happen, but write nothing");
-  add_report_options(app, options->report);
-  return options;
+void add_common_arguments(CLI::App& app, Options& options) {
+  add_folder_arguments(app, options.folder);
+  app.add_option("FILE", options.files, "Files, and folders of them")->required();
+  app.add_flag("--dry-run", options.policy.dry_run, "Report what would happen, but write nothing");
+  add_report_options(app, options.report);
 }
 
-Action declare_import(CLI::App& app) {
-  const auto options = declare_common(app);
-  app.add_flag("--update", options->policy.update, "Replace tools that the file has changed");
-  return [options](Console& console) { run(*options, console); };
+void add_import_arguments(CLI::App& app, Options& options) {
+  add_common_arguments(app, options);
+  app.add_flag("--update", options.policy.update, "Replace tools that the file has changed");
 }
 
-Action declare_add(CLI::App& app) {
-  const auto options = declare_common(app);
-  options->policy.own_only = true;
-  options->policy.rewrite_texts = false;
-  app.add_flag("--replace", options->policy.update, "Replace tools that the folder has already");
-  return [options](Console& console) { run(*options, console); };
+void add_add_arguments(CLI::App& app, Options& options) {
+  add_common_arguments(app, options);
+  options.policy.own_only = true;
+  options.policy.rewrite_texts = false;
+  app.add_flag("--replace", options.policy.update, "Replace tools that the folder has already");
 }
 
 constexpr Example kAddExamples[] = {
@@ -69,7 +63,7 @@ const Command kAdd = {
     "documents. A tool whose code the folder has already is refused, unless its content is the "
     "same or --replace is given. Texts that files cannot hold are refused.",
     kAddExamples,
-    declare_add,
+    declare<Options, add_add_arguments, run>,
     {},
 };
 
@@ -93,7 +87,7 @@ const Command kImport = {
     "refused, notes, entries (outcome, class, code, description, source, reason, notes) and "
     "missing.",
     kImportExamples,
-    declare_import,
+    declare<Options, add_import_arguments, run>,
     {},
 };
 

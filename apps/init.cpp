@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/tool_folder.h"
@@ -35,12 +33,10 @@ void run(const Options& options, Console& console) {
                                       : ": the folder was there already; nothing in it changed"));
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  app.add_option("FOLDER", options->folder, "The folder to make")->required();
-  app.add_flag("--with-components", options->components,
+void add_arguments(CLI::App& app, Options& options) {
+  app.add_option("FOLDER", options.folder, "The folder to make")->required();
+  app.add_flag("--with-components", options.components,
                "Also make the folder \"components\" inside, for library components");
-  return [options](Console& console) { run(*options, console); };
 }
 
 constexpr Example kExamples[] = {
@@ -56,7 +52,7 @@ const Command kInit = {
     "Makes the folder of a library",
     "A folder that exists is taken as it is, when it can be written. The parent folder must exist.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

@@ -117,23 +117,21 @@ void run(const Options& options, Console& console) {
   console.Print(table_text(tools, options, console));
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("--sort", options->sort, "Field to sort by; without it the code")
+void add_arguments(CLI::App& app, Options& options) {
+  add_folder_arguments(app, options.folder);
+  app.add_option("--sort", options.sort, "Field to sort by; without it the code")
       ->type_name("FIELD");
-  app.add_flag("--desc", options->descending, "Sort from large to small");
-  add_where_option(app, options->where);
-  app.add_option("--columns", options->columns, "Fields to show, separated by commas")
+  app.add_flag("--desc", options.descending, "Sort from large to small");
+  add_where_option(app, options.where);
+  app.add_option("--columns", options.columns, "Fields to show, separated by commas")
       ->type_name("FIELD,...")
       ->delimiter(',')
-      ->each([options](const std::string&) { options->all_columns = false; });
-  app.add_flag("--json", options->json, "Print JSON: an array with an object per tool");
-  app.add_option("--width", options->width,
+      ->each([&options](const std::string&) { options.all_columns = false; });
+  app.add_flag("--json", options.json, "Print JSON: an array with an object per tool");
+  app.add_option("--width", options.width,
                  "Width to fit the table to; 0: cut nothing; without it that of the terminal, else "
                  "80")
       ->type_name("N");
-  return [options](Console& console) { run(*options, console); };
 }
 
 constexpr Example kExamples[] = {
@@ -164,7 +162,7 @@ const Command kList = {
     "are in the tool's unit, in the table too. A file that cannot be read is reported; the others "
     "are listed.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 
-#include <memory>
 #include <optional>
 
 #include "apps/bodies.h"
@@ -59,18 +58,15 @@ void run(const Options& options, Console& console) {
                            tool->GetUnitOfMeasurement() == 0 ? "mm" : "inch"));
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("CODE", options->code, "The tool's code")->required();
-  add_output_option(app, options->output, "The STL file to write");
-  app.add_option("--tolerance", options->tolerance,
+void add_arguments(CLI::App& app, Options& options) {
+  add_tool_arguments(app, options.folder, options.code);
+  add_output_option(app, options.output, "The STL file to write");
+  app.add_option("--tolerance", options.tolerance,
                  "Largest distance from the true surface; without it the tool's own tolerance")
       ->type_name("T");
-  app.add_option("--item", options->item, "Only this item and what hangs on it")->type_name("NAME");
-  app.add_flag("--ascii", options->ascii, "Write the text form of STL, not the binary one");
-  app.add_flag("--section", options->section, "Cut the tool open as its section view says");
-  return [options](Console& console) { run(*options, console); };
+  app.add_option("--item", options.item, "Only this item and what hangs on it")->type_name("NAME");
+  app.add_flag("--ascii", options.ascii, "Write the text form of STL, not the binary one");
+  app.add_flag("--section", options.section, "Cut the tool open as its section view says");
 }
 
 constexpr Example kExamples[] = {
@@ -88,7 +84,7 @@ const Command kMesh = {
     "tool's unit. An item is meshed in its own frame. STL knows no unit; the one of the numbers is "
     "printed.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include <array>
-#include <memory>
 #include <optional>
 
 #include "apps/bodies.h"
@@ -50,18 +49,15 @@ void run(const Options& options, Console& console) {
   write_output(options.output, format->text(bodies), console);
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("CODE", options->code, "The tool's code")->required();
-  app.add_option("--item", options->item, "Only this item")->type_name("NAME");
-  app.add_option("--format", options->format, "csv (without it), json, svg or xml")
+void add_arguments(CLI::App& app, Options& options) {
+  add_tool_arguments(app, options.folder, options.code);
+  app.add_option("--item", options.item, "Only this item")->type_name("NAME");
+  app.add_option("--format", options.format, "csv (without it), json, svg or xml")
       ->type_name("FORMAT");
-  app.add_option("--tolerance", options->tolerance,
+  app.add_option("--tolerance", options.tolerance,
                  "Largest distance of a chord from its arc; without it 0.01 mm")
       ->type_name("T");
-  add_output_option(app, options->output, "The file to write");
-  return [options](Console& console) { run(*options, console); };
+  add_output_option(app, options.output, "The file to write");
 }
 
 constexpr Example kExamples[] = {
@@ -83,7 +79,7 @@ const Command kProfile = {
     "one upon another where they stand. xml: the lines and arcs that the outline is made of; of "
     "one item only.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

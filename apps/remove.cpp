@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/tool_folder.h"
@@ -35,11 +33,9 @@ void run(const Options& options, Console& console) {
   }
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("CODE", options->codes, "Codes of the tools")->required();
-  return [options](Console& console) { run(*options, console); };
+void add_arguments(CLI::App& app, Options& options) {
+  add_folder_arguments(app, options.folder);
+  app.add_option("CODE", options.codes, "Codes of the tools")->required();
 }
 
 constexpr Example kExamples[] = {
@@ -54,7 +50,7 @@ const Command kRemove = {
     "Deletes tools",
     "The tool's file is deleted. A code that is not there is reported; the others are deleted.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

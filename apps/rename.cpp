@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/text_rules.h"
@@ -32,13 +30,10 @@ void run(const Options& options, Console& console) {
   console.Note("renamed " + options.code + " to " + options.new_code);
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("CODE", options->code, "The tool's code")->required();
-  app.add_option("NEWCODE", options->new_code, "Its new code")->required();
-  add_force_option(app, options->force);
-  return [options](Console& console) { run(*options, console); };
+void add_arguments(CLI::App& app, Options& options) {
+  add_tool_arguments(app, options.folder, options.code);
+  app.add_option("NEWCODE", options.new_code, "Its new code")->required();
+  add_force_option(app, options.force);
 }
 
 constexpr Example kExamples[] = {
@@ -54,7 +49,7 @@ const Command kRename = {
     "The file is renamed with it. A code that another tool has is refused, also where two codes "
     "share one file name. A code may hold characters that file names cannot, such as \"/\".",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

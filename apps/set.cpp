@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/settings.h"
@@ -63,20 +61,17 @@ void run(const Options& options, Console& console) {
   if (options.dry_run) console.Note("nothing was written");
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("CODE", options->code, "The tool's code")->required();
-  app.add_option("KEY=VALUE", options->settings, "What to set, see below");
-  app.add_option("--unset", options->unset, "Remove a parameter or an offset record")
+void add_arguments(CLI::App& app, Options& options) {
+  add_tool_arguments(app, options.folder, options.code);
+  app.add_option("KEY=VALUE", options.settings, "What to set, see below");
+  app.add_option("--unset", options.unset, "Remove a parameter or an offset record")
       ->type_name("KEY")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_flag(
-      "--force", options->force,
+      "--force", options.force,
       "Write even if a part loses its outline, or someone else changed the file meanwhile");
-  app.add_flag("--dry-run", options->dry_run, "Say what would change, but write nothing");
-  return [options](Console& console) { run(*options, console); };
+  app.add_flag("--dry-run", options.dry_run, "Say what would change, but write nothing");
 }
 
 constexpr Example kExamples[] = {
@@ -108,7 +103,7 @@ const Command kSet = {
     "All or nothing: when one value is refused, nothing is written. Texts with <, & or a straight "
     "double quote are refused, since files cannot hold them.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

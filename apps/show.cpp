@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include <map>
-#include <memory>
 
 #include "apps/command.h"
 #include "apps/condition_slots.h"
@@ -119,12 +118,9 @@ void run(const Options& options, Console& console) {
     console.Warn(file_message(folder.FilePath(options.code), error));
 }
 
-Action declare(CLI::App& app) {
-  auto options = std::make_shared<Options>();
-  add_folder_arguments(app, options->folder);
-  app.add_option("CODE", options->code, "The tool's code")->required();
-  app.add_flag("--json", options->json, "Print JSON");
-  return [options](Console& console) { run(*options, console); };
+void add_arguments(CLI::App& app, Options& options) {
+  add_tool_arguments(app, options.folder, options.code);
+  app.add_flag("--json", options.json, "Print JSON");
 }
 
 constexpr Example kExamples[] = {
@@ -147,7 +143,7 @@ const Command kShow = {
     "(1 for those of the tool itself), class, name, code, type, library_member, placement, "
     "parameters, model and profile. Lengths are in the tool's unit, angles in degrees.",
     kExamples,
-    declare,
+    declare<Options, add_arguments, run>,
     {},
 };
 

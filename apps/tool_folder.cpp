@@ -8,12 +8,18 @@
 #include "tooldb/xml_reader.h"
 
 namespace tooldb {
+
 void add_folder_arguments(CLI::App& app, FolderOptions& options) {
   app.add_option("FOLDER", options.folder, "The library's folder")->required();
   app.add_option("--components", options.components,
                  "Folder of the library components; without it \"components\" in FOLDER, if it "
                  "exists")
       ->type_name("DIR");
+}
+
+void add_tool_arguments(CLI::App& app, FolderOptions& options, std::string& code) {
+  add_folder_arguments(app, options);
+  app.add_option("CODE", code, "The tool's code")->required();
 }
 
 ToolFolder::ToolFolder(const FolderOptions& options, Use use, Console& console)

@@ -34,6 +34,9 @@ struct FolderOptions {
 /// Adds the argument FOLDER and the option --components.
 void add_folder_arguments(CLI::App& app, FolderOptions& options);
 
+/// The same, and the argument CODE of the commands that work on one tool.
+void add_tool_arguments(CLI::App& app, FolderOptions& options, std::string& code);
+
 /// A tool that was read to be changed.
 struct ToolToEdit {
   std::unique_ptr<tdbTool> tool;
