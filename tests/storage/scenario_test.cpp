@@ -9,6 +9,7 @@
 
 #include "tests/geom/row_name.h"
 #include "tests/storage/watched_database.h"
+#include "tooldb/model/tree_walk.h"
 
 namespace tooldb {
 namespace {
@@ -79,7 +80,13 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
 
 template <class Calls>
 class Session {
+  using Item = typename Calls::Item;
+
  public:
+  Session() {
+    if constexpr (std::is_same_v<Item, tdbTool>) db_.LinkToolComponents(&components_);
+  }
+
   /// What a step is answered, a line each, indented.
   std::string Answer(const Step& step) {
     db_.Forget();
@@ -99,7 +106,6 @@ class Session {
   }
 
  private:
-  using Item = typename Calls::Item;
   using Owned = std::unique_ptr<Item>;
   using Verb = bool (*)(Session& s, const Step& w);
 
@@ -115,8 +121,6 @@ class Session {
           {"import-file",
            [](auto& s, auto& w) { return s.db_.ImportFromFile(s.Path(w[1]).c_str(), w.From(2)); }},
           {"import-text",
-           [](auto& s, auto& w) { return s.db_.ImportFromXml(w[1].c_str(), w.From(2)); }},
-          {"import-text-of",
            [](auto& s, auto& w) {
              return s.db_.ImportFromXml(s.scratch_.Files()[w[1]].c_str(), w.From(2));
            }},
@@ -150,6 +154,13 @@ class Session {
             {"rename", [](auto& s, auto& w) { return s.Rename(w[1], w[2]); }},
             {"clone", [](auto& s, auto& w) { return s.Clone(w[1]); }},
             {"refresh", [](auto& s, auto& w) { return s.db_.RefreshTool(w[1]) != nullptr; }},
+            {"component", [](auto& s, auto& w) { return s.PutComponent(w[1], w[2]); }},
+            {"drop-component",
+             [](auto& s, auto& w) { return s.components_.RemoveToolComponentByCode(w[1]); }},
+            {"use", [](auto& s, auto& w) { return s.Use(s.Listed(w[1]), w[2]); }},
+            {"hang", [](auto& s, auto& w) { return s.Hang(s.Listed(w[1]), w[2]); }},
+            {"update-uses", [](auto& s, auto&) { return s.db_.UpdateToolComponents(), true; }},
+            {"tree", [](auto& s, auto& w) { return s.TellTree(s.Listed(w[1])); }},
             {"import-self", [](auto& s, auto&) { return s.db_.Import(&s.db_); }},
             {"import-no-tools", [](auto& s, auto&) { return s.db_.Import(nullptr); }},
             {"import", [](auto& s, auto& w) { return s.Import(w.From(1)); }},
@@ -237,6 +248,41 @@ class Session {
                                 Words(slash + 1, w.all.end()));
   }
 
+  /// A component of one holder, 10 above it.
+  bool PutComponent(const std::string& code, const std::string& holder) {
+    tdbToolComponent* const component = add_component(components_, code, holder);
+    component->GetItem(0)->SetPos(at_height(10));
+    return true;
+  }
+
+  /// Adds a use of a component to a tool, 100 above it.
+  bool Use(tdbTool& tool, const std::string& code) {
+    auto* const use = new tdbToolComponent(0, "use", code);
+    use->SetPos(at_height(100));
+    tool.AddItem(use);
+    db_.LoadToolComponent(use);
+    return true;
+  }
+
+  /// Hangs a cutter on the first holder of a tool, 1 above it, or a use of a component.
+  bool Hang(tdbTool& tool, const std::string& code) {
+    std::unique_ptr<tdbItem> item = std::make_unique<tdbToolCutter>(0);
+    if (!code.empty()) item = std::make_unique<tdbToolComponent>(0, "inner", code);
+    if (code.empty()) item->SetName("cutter");
+    item->SetPos(at_height(1));
+    return tool.GetHolder(0)->AddItem(item.release());
+  }
+
+  bool TellTree(tdbTool& tool) {
+    for (const tdbItem* item : items_below(tool)) {
+      told_ += item->GetName() + " on " + item->GetParent()->GetName() + " at " +
+               std::to_string(static_cast<int>(item->GetPos()(2, 3))) +
+               (item->IsComponent() ? ", a member\n" : "\n");
+    }
+    for (const tdbError& error : tool.GetErrs()) told_ += error.message + '\n';
+    return true;
+  }
+
   /// Every item as code=text, by position, which all ways to ask agree on.
   bool Tell(int source) {
     std::vector<Item> items;
@@ -260,6 +306,7 @@ class Session {
   }
 
   ScratchFolder scratch_;
+  WatchedComponents components_{1};
   typename Calls::Database db_;
   bool hears_log_ = false;
   std::string told_;
