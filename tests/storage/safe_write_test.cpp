@@ -5,7 +5,6 @@
 
 #include <chrono>
 
-#include "tests/geom/row_name.h"
 #include "tests/storage/faulty_file_system.h"
 #include "tests/storage/scratch_folder.h"
 #include "tooldb/platform/process.h"
@@ -76,55 +75,37 @@ TEST(SafeWrite, KeepsTheOldFileAtEveryFailure) {
   EXPECT_THAT(scratch.Files(), ElementsAre(Pair("a", "new text")));
 }
 
-struct SweepCase {
-  std::string_view name;
-  std::string file;
-  int age_seconds;
-  bool swept;
-};
-
-/// A process number that is certainly free: the largest that some system has is below it.
-constexpr const char* kDeadProcess = "999999999-0.tmp";
-
-std::vector<SweepCase> sweep_cases() {
+TEST(Sweep, TakesWhatIsLeftOverAndCanGo) {
   const std::string own = own_prefix();
   const std::string own_machine = own.substr(0, own.find('-', own.find('-') + 1) + 1);
-  return {
-      {"OfThisProcess", own + "77.tmp", 0, false},
-      {"OfThisProcessButOld", own + "77.tmp", 700, true},
-      {"OfADeadProcess", own_machine + kDeadProcess, 0, true},
-      {"OfAnotherMachine", ".tdb-1-" + std::string(kDeadProcess), 500, false},
-      {"OfAnotherMachineAndOld", ".tdb-1-" + std::string(kDeadProcess), 700, true},
-      {"FromTheFuture", ".tdb-1-" + std::string(kDeadProcess), -5000, false},
-      {"OldButNotOurs", ".tdb-backup.tmp", 5000, false},
-      {"OldTool", "T1.ktf", 5000, false},
+  // Of a process number that is certainly free: the largest that some system has is below it.
+  const struct {
+    std::string file;
+    int age_seconds;
+    bool stays;
+  } kFiles[] = {
+      {own + "77.tmp", 0, true},
+      {own + "78.tmp", 700, false},
+      {own_machine + "999999999-0.tmp", 0, false},
+      {".tdb-1-999999999-0.tmp", 500, true},  // another machine's
+      {".tdb-1-999999999-1.tmp", 700, true},  // cannot be removed
+      {".tdb-1-999999999-2.tmp", 700, false},
+      {".tdb-1-999999999-3.tmp", -5000, true},  // from the future
+      {".tdb-backup.tmp", 5000, true},          // not ours
+      {"T1.ktf", 5000, true},
   };
-}
-
-class Sweep : public testing::TestWithParam<SweepCase> {};
-
-TEST_P(Sweep, TakesWhatIsLeftOver) {
   const ScratchFolder scratch;
-  const std::string path = scratch.MakeFile(GetParam().file, "text");
-  std::filesystem::last_write_time(path, std::filesystem::file_time_type::clock::now() -
-                                             std::chrono::seconds(GetParam().age_seconds));
-  sweep_temporary_files(scratch.Path());
-  EXPECT_EQ(scratch.Files().empty(), GetParam().swept);
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, Sweep, testing::ValuesIn(sweep_cases()), row_name<SweepCase>);
-
-TEST(Sweep, GoesOnPastAFileThatStays) {
-  const ScratchFolder scratch;
-  const std::string stays = scratch.MakeFile(".tdb-1-2-3.tmp", "");
-  const std::string goes = scratch.MakeFile(".tdb-1-2-4.tmp", "");
-  const auto long_ago = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
-  for (const std::string& path : {stays, goes}) std::filesystem::last_write_time(path, long_ago);
+  const auto now = std::filesystem::file_time_type::clock::now();
+  for (const auto& [file, age_seconds, stays] : kFiles) {
+    std::filesystem::last_write_time(scratch.MakeFile(file, ""),
+                                     now - std::chrono::seconds(age_seconds));
+  }
   FaultyFileSystem disk;
   const ScopedFileSystem use(disk);
-  disk.Let([&](const FileCall& call) { return call.path == stays; });
+  disk.Let([&](const FileCall& call) { return call.path == scratch.Path(kFiles[4].file); });
   sweep_temporary_files(scratch.Path());
-  EXPECT_THAT(scratch.Files(), ElementsAre(Pair(".tdb-1-2-3.tmp", "")));
+  const auto files = scratch.Files();
+  for (const auto& row : kFiles) EXPECT_EQ(files.contains(row.file), row.stays) << row.file;
   sweep_temporary_files(scratch.Path("missing"));
 }
 

@@ -140,6 +140,8 @@ class Session {
           {"is-stored", [](auto& s, auto& w) { return s.db_.IsToolCodeExists(w[1]); }},
           {"is-readable",
            [](auto& s, auto& w) { return Owned(Calls::Find(s.db_, w[1], 2)) != nullptr; }},
+          {"sort",
+           [](auto& s, auto& w) { return s.db_.Sort(std::stoi(w[1]), w[2].empty()), true; }},
           {"list", [](auto& s, auto&) { return s.Tell(1); }},
           {"folder", [](auto& s, auto&) { return s.Tell(2); }},
           {"files", [](auto& s, auto& w) { return s.TellFiles(w[1]); }},
@@ -161,6 +163,7 @@ class Session {
             {"hang", [](auto& s, auto& w) { return s.Hang(s.Listed(w[1]), w[2]); }},
             {"update-uses", [](auto& s, auto&) { return s.db_.UpdateToolComponents(), true; }},
             {"tree", [](auto& s, auto& w) { return s.TellTree(s.Listed(w[1])); }},
+            {"order", [](auto& s, auto& w) { return s.TellOrder(w[1], w[2]); }},
             {"import-self", [](auto& s, auto&) { return s.db_.Import(&s.db_); }},
             {"import-no-tools", [](auto& s, auto&) { return s.db_.Import(nullptr); }},
             {"import", [](auto& s, auto& w) { return s.Import(w.From(1)); }},
@@ -297,6 +300,19 @@ class Session {
       EXPECT_EQ(*item, items[static_cast<std::size_t>(i)]);
       told_ += item->GetCode() + '=' + text_of(*item) + '\n';
     }
+    return true;
+  }
+
+  /// Which of two codes comes first, whichever is added first.
+  bool TellOrder(const std::string& one, const std::string& other) {
+    Words fronts;
+    for (const auto& codes : {Words{one, other}, Words{other, one}}) {
+      tdbToolDB db("", 1);
+      for (const std::string& code : codes) db.AddTool(make_tool(code).release(), false);
+      db.Sort(0, true);
+      fronts.push_back(listed_codes(db).front());
+    }
+    told_ += fronts[0] == fronts[1] ? fronts[0] + '\n' : "neither\n";
     return true;
   }
 
