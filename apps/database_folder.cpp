@@ -36,6 +36,7 @@ void require_unchanged(const std::string& path, const std::string& bytes) {
 
 void require_folder(const std::string& path) {
   if (tdbFileUtil::directory_exists(path)) return;
+  if (tdbFileUtil::file_exists(path)) throw Failure(path + ": it is a file, not a folder");
   try {
     tdbFileUtil::get_file_count(path, "");
   } catch (const tdbError& error) {
