@@ -15,7 +15,7 @@ std::string bit(const std::string& shape, const std::string& parameters) {
          parameters + "}}";
 }
 
-/// A library of one tool in mm with more geometry than the usual.
+/// A library of one tool in mm, whose geometry has `geometry` beside the usual.
 std::string mill(const std::string& type, const std::string& geometry = "") {
   return R"({"data": [{"type": ")" + type + R"(", "unit": "millimeters", "description": "A tool",
       "geometry": {"DC": 10, "LCF": 20, "SFDM": 8, "LB": 40, "OAL": 60, "NOF": 3)" +
@@ -105,8 +105,6 @@ const CutterCase kMills[] = {
      "mm MILL D10 L40: DISC DIAMETER=10 FILLET=0 HEIGHT=20; shank 40", "no pitch is given"},
     {"BarrelAcrossTheAxis", mill("circle segment barrel", R"("profile-radius": 10.1)"),
      "mm MILL D10 L40: MILL_FLATEND DIAMETER=10 HEIGHT=20; shank 40", "would cross the axis"},
-    {"LensWithoutARadius", mill("circle segment lens"),
-     "mm MILL D10 L40: MILL_FLATEND DIAMETER=10 HEIGHT=20; shank 40", "no usable profile radius"},
     {"DovetailThatMeetsTheAxis", mill("dovetail mill", R"("TA": 45)"),
      "mm MILL D10 L40: MILL_2DPROFILE; shank 40", "drawn steeper"},
     {"Rhombic", mill("turning general", R"("SC": "V", "INSD": 9.525, "RE": 0.8, "S": 4)"),
