@@ -8,7 +8,6 @@
 #include "geom/euler_angles.h"
 #include "geom/number_text.h"
 #include "geom/transform.h"
-#include "tests/geom/meshes.h"
 #include "tests/geom/row_name.h"
 
 namespace tooldb {
@@ -124,15 +123,6 @@ TEST(Transform, RigidInverseUndoesAPlacement) {
     EXPECT_NEAR(determinant(there), 1, 1e-15);
   }
   EXPECT_EQ(transform_point(join_zyx({90, 0, 0}, {10, 20, 30}), {1, 2, 3}), (Vec3{8, 21, 33}));
-}
-
-TEST(Transform, AMirroredMeshStillFacesOutwards) {
-  const Vec3 o{0, 0, 0}, x{1, 0, 0}, y{0, 1, 0}, z{0, 0, 1};
-  Mesh tetrahedron = {{o, y, x, {}}, {o, x, z, {}}, {o, z, y, {}}, {x, y, z, {}}};
-  Placement mirror = translation({3, 0, 0});
-  mirror(0, 0) = -2;
-  transform_mesh(tetrahedron, mirror);
-  expect_solid(tetrahedron, 2.0 / 6, 1e-15);
 }
 
 }  // namespace

@@ -102,18 +102,18 @@ TEST(BodyMesh, IsPlacedAndMirroredByShapeAndProfile) {
 }
 
 TEST(BodyMesh, IsNoneWhenHiddenRefusedOrWithoutShape) {
-  tdbToolCutter hidden(0);
-  hidden.HideShape(true);
-  tdbToolCutter refused(0);
-  refused.SetParam("HEIGHT", "-1");
-  tdbToolCutter model(6);
-  tdbCuttingTool tool(new tdbToolCutter(0), nullptr, 0);
-  tdbFixedLink link(0);
-  tdbToolAngleHead head(0);
-  tdbToolComponent empty;
+  const auto hidden = make_body("cutter", 0);
+  hidden->HideShape(true);
+  const std::vector<std::shared_ptr<tdbItem>> items{
+      hidden,
+      make_body("cutter", 0, "HEIGHT=-1"),
+      make_body("cutter", 6),
+      std::make_shared<tdbCuttingTool>(new tdbToolCutter(0), nullptr, 0),
+      std::make_shared<tdbFixedLink>(0),
+      std::make_shared<tdbToolAngleHead>(0),
+      std::make_shared<tdbToolComponent>()};
   Mesh mesh;
-  for (tdbItem* item :
-       std::initializer_list<tdbItem*>{&hidden, &refused, &model, &tool, &link, &head, &empty}) {
+  for (const auto& item : items) {
     EXPECT_FALSE(item->GetShape(nullptr, mesh, 0.1));
     bool none = false;
     EXPECT_EQ(item->CreateShape(nullptr, 0.1, false, 0, &none, 0), nullptr);
@@ -121,11 +121,11 @@ TEST(BodyMesh, IsNoneWhenHiddenRefusedOrWithoutShape) {
     EXPECT_EQ(item->CreateShape(nullptr, 0.1, false, 0, nullptr, 0), nullptr);
   }
   for (const double tolerance : {0.0, -1.0, std::nan(""), HUGE_VAL}) {
-    EXPECT_FALSE(tdbToolCutter(0).GetShape(nullptr, mesh, tolerance));
+    EXPECT_FALSE(make_body("cutter", 0)->GetShape(nullptr, mesh, tolerance));
   }
   EXPECT_TRUE(mesh.empty());
   Contours contours;
-  EXPECT_TRUE(hidden.GetProfile(nullptr, contours, 0.1, 0));
+  EXPECT_TRUE(hidden->GetProfile(nullptr, contours, 0.1, 0));
 }
 
 // What a grown outline makes: a cylinder of 20 x 40, and a ring off the axis.
