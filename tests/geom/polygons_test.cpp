@@ -129,7 +129,6 @@ constexpr OffsetCase kOffsets[] = {
     {"BothLobesOfAnEightGrow", 0.5, "74.978494", "0 0 ; 10 10 ; 10 0 ; 0 10"},
     {"AHoleIsLeftOut", 0.5, "121",
      "0 0 ; 10 0 ; 10 4.9 ; 9 4.9 ; 9 1 ; 1 1 ; 1 9 ; 9 9 ; 9 5.1 ; 10 5.1 ; 10 10 ; 0 10"},
-    {"TwoPoints", 1, "", "0 0 ; 5 5"},
     {"ThreeEqualPoints", 1, "", "1 1 ; 1 1 ; 1 1"},
     {"Flat", 0.1, "", "0 0 ; 5 0 ; 2 0"},
 };

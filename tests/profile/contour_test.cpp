@@ -32,7 +32,6 @@ constexpr const char* kBroken[] = {
     "<LINE><START>0 0</START><END>1 1e999</END></LINE>",
     "<LINE><START>0 <X/>0</START><END>1 0</END></LINE>",
     "<LINE><START>0 0</START><END>1 0</END>",
-    "<LINE><START>0 0</LINE><END>1 0</END></START>",
     "<LINE><START><START><START>0 0</START></START></START><END>1 0</END></LINE>",
 };
 

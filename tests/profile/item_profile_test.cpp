@@ -66,17 +66,13 @@ TEST(ItemProfile, TurnsAndSimplifiesEarlierContoursToo) {
 TEST(ItemProfile, FailingCallLeavesEarlierContours) {
   const Contours before{points("0 0 ; 4 0 ; 8 0 ; 8 8")};
   Contours contours = before;
-  tdbToolCutter cutter(0);
   for (const double tolerance : {0.0, -1.0, std::nan(""), HUGE_VAL}) {
-    EXPECT_FALSE(cutter.GetProfile(nullptr, contours, tolerance, 0));
+    EXPECT_FALSE(tdbToolCutter(0).GetProfile(nullptr, contours, tolerance, 0));
   }
-  tdbFixedLink link(0);
-  tdbCuttingTool cutting(0);
-  tdbToolComponent component;
-  tdbToolAngleHead head(2);
-  for (tdbItem* item : std::initializer_list<tdbItem*>{&link, &cutting, &component, &head}) {
-    EXPECT_FALSE(item->GetProfile(nullptr, contours, 0.1, 0));
-  }
+  EXPECT_FALSE(tdbFixedLink(0).GetProfile(nullptr, contours, 0.1, 0));
+  EXPECT_FALSE(tdbCuttingTool(0).GetProfile(nullptr, contours, 0.1, 0));
+  EXPECT_FALSE(tdbToolComponent().GetProfile(nullptr, contours, 0.1, 0));
+  EXPECT_FALSE(tdbToolAngleHead(2).GetProfile(nullptr, contours, 0.1, 0));
   EXPECT_TRUE(tdbTool("T").GetProfile(nullptr, contours, 0.1, 0));
   EXPECT_EQ(contours, before);
 }
@@ -129,16 +125,14 @@ TEST(ResetProfile, SetsTheDefaultsThatAreNotDerived) {
   tdbToolCutter cutter(2);
   cutter.SetDiameter(12.5);
   EXPECT_STREQ(cutter.GetParam("DIAMETER", ""), "12.5");
-  cutter.SetParam("OTHER", "1");
   ASSERT_TRUE(cutter.BuildProfile(0));
+  cutter.SetParam("OTHER", "1");
   cutter.ResetProfile();
+  EXPECT_STREQ(cutter.GetProfileXml(), "");
   const std::map<std::string, std::string> expected{
       {"DIAMETER", "40"}, {"HEIGHT", "40"}, {"SPHERIC_TCPTYPE", "0"}};
   EXPECT_EQ(cutter.GetParams(), expected);
-  EXPECT_STREQ(cutter.GetProfileXml(), "");
-  for (const auto& own : {make_body("cutter", 5), make_body("shank", 2), make_body("holder", 0)}) {
-    EXPECT_TRUE(own->GetParams().empty());
-  }
+  EXPECT_TRUE(tdbToolCutter(5).GetParams().empty() && tdbToolHolder(0).GetParams().empty());
 }
 
 struct SizeCase {

@@ -77,8 +77,7 @@ TEST(ModelFile, ThatIsNoneIsRefused) {
 }
 
 // A host's scene that knows one model.
-class HostScene final : public kinSceneManager {
- public:
+struct HostScene final : kinSceneManager {
   kinShape* LoadShape(const std::string& path, const std::string& options) override {
     loaded_options = options;
     return path == "host:model" ? CreateShape(model) : nullptr;

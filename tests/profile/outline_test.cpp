@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
+#include <map>
 
 #include "tests/profile/bodies.h"
 #include "tooldb/profile.h"
@@ -253,14 +253,11 @@ TEST(InsertSize, IsCompletedFromWhatIsGiven) {
   for (const auto& [shape, params, diameter, angle, length] : kInsertSizes) {
     const auto cutter = make_body("insert", shape, params);
     EXPECT_EQ(tdbProfile::OutlineError(*cutter), "");
-    const auto dimensions = tdbProfile::GetDimensions(*cutter);
-    const auto value = [&](std::string_view parameter) {
-      const auto found = std::ranges::find(dimensions, parameter, &tdbDimension::name);
-      return found == dimensions.end() ? std::nan("") : found->value;
-    };
-    EXPECT_NEAR(value("DIAMETER"), diameter, 1e-4 * diameter) << shape << params;
-    EXPECT_NEAR(value("ANGLE"), angle, 1e-6) << shape << params;
-    EXPECT_NEAR(value("LENGTH"), length, 1e-4 * length) << shape << params;
+    std::map<std::string, double> values;
+    for (const auto& d : tdbProfile::GetDimensions(*cutter)) values[d.name] = d.value;
+    EXPECT_NEAR(values["DIAMETER"], diameter, 1e-4 * diameter) << shape << params;
+    EXPECT_NEAR(values["ANGLE"], angle, 1e-6) << shape << params;
+    EXPECT_NEAR(values["LENGTH"], length, 1e-4 * length) << shape << params;
   }
 }
 
