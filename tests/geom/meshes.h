@@ -38,24 +38,27 @@ inline Mesh both(Mesh a, const Mesh& b) {
   return a;
 }
 
+inline Vec3 random_vector(std::mt19937& random, double size) {
+  std::uniform_real_distribution<double> u(-size, size);
+  return {u(random), u(random), u(random)};
+}
+
 /// Every corner moved by up to `size` along each axis.
 inline Mesh shaken(Mesh mesh, double size) {
   std::mt19937 random(1);
-  std::uniform_real_distribution<double> u(-size, size);
   for (Facet& f : mesh) {
-    for (Vec3* p : {&f.a, &f.b, &f.c}) *p = *p + Vec3{u(random), u(random), u(random)};
+    for (Vec3* p : {&f.a, &f.b, &f.c}) *p = *p + random_vector(random, size);
   }
   return mesh;
 }
 
-/// Facets that have nothing to do with each other, in a space of 40 x 40 x 80.
+/// Facets that have nothing to do with each other, in a cube of 40.
 inline Mesh soup(std::size_t count, double size, unsigned seed) {
   std::mt19937 random(seed);
-  std::uniform_real_distribution<double> u(-1, 1);
   Mesh mesh(count);
   for (Facet& f : mesh) {
-    const Vec3 centre{20 * u(random), 20 * u(random), 40 * u(random)};
-    for (Vec3* p : {&f.a, &f.b, &f.c}) *p = centre + size * Vec3{u(random), u(random), u(random)};
+    const Vec3 centre = random_vector(random, 20);
+    for (Vec3* p : {&f.a, &f.b, &f.c}) *p = centre + random_vector(random, size);
     f.n = facet_normal(f.a, f.b, f.c);
   }
   return mesh;

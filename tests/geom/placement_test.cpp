@@ -8,7 +8,6 @@
 #include "geom/euler_angles.h"
 #include "geom/number_text.h"
 #include "geom/transform.h"
-#include "tests/geom/row_name.h"
 
 namespace tooldb {
 namespace {
@@ -26,36 +25,33 @@ EulerAngles rounded(const EulerAngles& angles) {
 }
 
 struct SplitCase {
-  std::string_view name;
   double rows[9];
   std::string_view text;
 };
 
 constexpr double kRoot = 0.8660254037844386;
 
-// Angles of matrices written down by hand. The identity's Y is a negative zero: it is the arc
-// tangent of minus zero.
+// Matrices written down by hand. The identity's Y is a negative zero: the arc tangent of minus
+// zero.
 constexpr SplitCase kSplits[] = {
-    {"Identity", {1, 0, 0, 0, 1, 0, 0, 0, 1}, "0 -0 0"},
-    {"Zeros", {1, -0.0, -0.0, -0.0, 1, -0.0, -0.0, -0.0, 1}, "0 -0 0"},
-    {"Z180", {-1, 0, 0, 0, -1, 0, 0, 0, 1}, "180 -0 0"},
-    {"HalfTurns", {-1, 0, 0, -0.0, 1, 1e-17, 0, 0, -1}, "180 -0 180"},
-    {"Z30", {kRoot, -0.5, 0, 0.5, kRoot, 0, 0, 0, 1}, "30 -0 0"},
-    {"YMinus90", {0, 0, -1, 0, 1, 0, 1, 0, 0}, "0 -90 -0"},
+    {{1, 0, 0, 0, 1, 0, 0, 0, 1}, "0 -0 0"},
+    {{1, -0.0, -0.0, -0.0, 1, -0.0, -0.0, -0.0, 1}, "0 -0 0"},
+    {{-1, 0, 0, -0.0, 1, 1e-17, 0, 0, -1}, "180 -0 180"},
+    {{kRoot, -0.5, 0, 0.5, kRoot, 0, 0, 0, 1}, "30 -0 0"},
+    {{0, 0, -1, 0, 1, 0, 1, 0, 0}, "0 -90 -0"},
     // Z and X turn about one axis: their difference, 30 degrees, is all put into X.
-    {"Y90X30", {0, 0.5, kRoot, 0, kRoot, -0.5, -1, 0, 0}, "0 90 30"},
+    {{0, 0.5, kRoot, 0, kRoot, -0.5, -1, 0, 0}, "0 90 30"},
     // Just inside and just outside the width that counts as upright.
-    {"AlmostUpright", {2e-16, 0, 1, 2e-16, 1, 0, -1, 0, 0}, "0 90 -0"},
-    {"NotUpright", {0, -1, 0, 3e-16, 0, 1, -1, 0, 0}, "90 90 0"},
+    {{2e-16, 0, 1, 2e-16, 1, 0, -1, 0, 0}, "0 90 -0"},
+    {{0, -1, 0, 3e-16, 0, 1, -1, 0, 0}, "90 90 0"},
 };
 
-class EulerSplit : public testing::TestWithParam<SplitCase> {};
-INSTANTIATE_TEST_SUITE_P(Matrices, EulerSplit, testing::ValuesIn(kSplits), row_name<SplitCase>);
-
-TEST_P(EulerSplit, GivesTheAngles) {
-  Matrix m;
-  for (int i = 0; i < 9; ++i) m(i / 3, i % 3) = GetParam().rows[i];
-  EXPECT_EQ(text_of(split_zyx(m)), GetParam().text);
+TEST(EulerSplit, GivesTheAngles) {
+  for (const auto& [rows, text] : kSplits) {
+    Matrix m;
+    for (int i = 0; i < 9; ++i) m(i / 3, i % 3) = rows[i];
+    EXPECT_EQ(text_of(split_zyx(m)), text);
+  }
 }
 
 Matrix about(char axis, double degrees) {

@@ -11,8 +11,7 @@
 #include "geom/vector_math.h"
 
 /// @file
-/// Points from short texts: "x y ; x y ; ..."; a "|" begins the next list of points. And how far
-/// they are from one another.
+/// Points from short texts: "x y ; x y ; ..."; a "|" begins the next list of points.
 
 namespace tooldb {
 

@@ -130,7 +130,6 @@ constexpr OffsetCase kOffsets[] = {
     {"AHoleIsLeftOut", 0.5, "121",
      "0 0 ; 10 0 ; 10 4.9 ; 9 4.9 ; 9 1 ; 1 1 ; 1 9 ; 9 9 ; 9 5.1 ; 10 5.1 ; 10 10 ; 0 10"},
     {"ThreeEqualPoints", 1, "", "1 1 ; 1 1 ; 1 1"},
-    {"Flat", 0.1, "", "0 0 ; 5 0 ; 2 0"},
 };
 class Offset : public testing::TestWithParam<OffsetCase> {};
 INSTANTIATE_TEST_SUITE_P(Contours, Offset, testing::ValuesIn(kOffsets), row_name<OffsetCase>);

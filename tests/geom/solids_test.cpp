@@ -31,7 +31,6 @@ constexpr RevolveCase kRevolved[] = {
     {"TwoConesTipToTip", 99, 48, 1800, 3, "0 0 ; 10 0 ; 0 9 ; 10 18 ; 0 18"},
     {"CoarsestHasTwelveFacetsRound", 1e9, 48, 12000, 2, "0 0 ; 10 0 ; 10 40 ; 0 40"},
     {"Empty", 0.01, 0, 0, 0, ""},
-    {"OnePoint", 0.01, 0, 0, 0, "1 1"},
     {"AcrossTheAxis", 0.01, 0, 0, 0, "0 0 ; 5 0 ; -2e-6 5"},
     {"NotFinite", 0.01, 0, 0, 0, "0 0 ; 5 nan ; 0 5"},
     {"OnTheAxis", 0.01, 0, 0, 0, "0 0 ; 0 5"},
@@ -81,7 +80,6 @@ constexpr ExtrudeCase kExtruded[] = {
     {"NoHeight", "0 0 ; 2 0 ; 2 3", 1, 1, 0, 0},
     {"HeightIsNotFinite", "0 0 ; 2 0 ; 2 3", 0, INFINITY, 0, 0},
     {"CornerIsNotFinite", "0 0 ; nan 0 ; 2 3", 0, 1, 0, 0},
-    {"Empty", "", 0, 1, 0, 0},
 };
 class Extrude : public testing::TestWithParam<ExtrudeCase> {};
 INSTANTIATE_TEST_SUITE_P(Bodies, Extrude, testing::ValuesIn(kExtruded), row_name<ExtrudeCase>);

@@ -42,20 +42,21 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
   return text;
 }
 
+std::string with_word(std::string bytes, std::size_t at, std::uint32_t word) {
+  for (unsigned i = 0; i < 4; ++i) bytes[at + i] = static_cast<char>(word >> (8 * i));
+  return bytes;
+}
+
 std::string binary(std::size_t facets, std::uint32_t count, std::string header = "made here") {
-  header.resize(80, ' ');
-  for (unsigned i = 0; i < 4; ++i) header += static_cast<char>(count >> (8 * i));
+  header.resize(84, ' ');
   const std::string one = stl_binary(std::span(&kFacetRead, 1)).substr(84);
   for (std::size_t i = 0; i < facets; ++i) header += one;
-  return header;
+  return with_word(header, 80, count);
 }
 
 // A binary file of three facets, one number of it replaced.
 std::string with_float(std::size_t at, float value) {
-  const auto bits = std::bit_cast<std::uint32_t>(value);
-  std::string bytes = binary(3, 3);
-  for (unsigned i = 0; i < 4; ++i) bytes[at + i] = static_cast<char>(bits >> (8 * i));
-  return bytes;
+  return with_word(binary(3, 3), at, std::bit_cast<std::uint32_t>(value));
 }
 
 struct FileCase {
@@ -65,7 +66,6 @@ struct FileCase {
   std::string_view error = "";  // part of it; empty: the file is read
 };
 const FileCase kFiles[] = {
-    {"Plain", "solid part\n" + kFacet + "endsolid part\n", 1},
     {"WindowsLineEnds", replaced(kSolid, "\n", "\r\n"), 1},
     {"OldMacLineEnds", replaced(kSolid, "\n", "\r"), 1},
     {"AnyCase",
@@ -82,7 +82,6 @@ const FileCase kFiles[] = {
     {"NormalThatIsNoNumber", replaced(kSolid, "normal 0 0 1", "normal -nan(ind) nan inf"), 1},
     {"NoArea", kSolid + replaced(kFacet, "0 1 0", "2 0 0"), 1},
     {"NoFacets", "solid a\nendsolid a\n", 0},
-    {"Binary", binary(3, 3), 3},
     {"BinaryHeaderSaysSolid", binary(3, 3, "solid made by a program"), 3},
     {"BinaryHeaderSaysSolidAndTheCountLies", binary(3, 4, "solid"), 3},
     {"BinaryCountTooSmall", binary(3, 1), 3},
@@ -104,7 +103,6 @@ const FileCase kFiles[] = {
     {"OneLine", replaced(kSolid, "\n", " "), 0, "neither a facet nor an 'endsolid'"},
     {"BinaryNotFinite", with_float(84 + 50 + 16, NAN), 0,
      "facet 2 of 3, at byte 134, has a corner that is no finite number"},
-    {"BinaryInfinite", with_float(84 + 100 + 44, INFINITY), 0, "facet 3 of 3, at byte 184, has"},
     {"BinaryCutOff", binary(3, 4) + "more", 0,
      "facet 4 of 4, at byte 234, is cut off by the end of the file"},
 };

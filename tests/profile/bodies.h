@@ -73,14 +73,6 @@ inline std::shared_ptr<tdbItem> make_body(std::string_view kind, int type,
   return body;
 }
 
-/// Calls `ask` with the item as what it is.
-template <class Ask>
-auto ask_body(tdbItem& item, const Ask& ask) {
-  if (auto* cutter = dynamic_cast<tdbToolCutter*>(&item)) return ask(*cutter);
-  if (auto* shank = dynamic_cast<tdbToolShank*>(&item)) return ask(*shank);
-  return ask(dynamic_cast<tdbToolHolder&>(item));
-}
-
 inline bool build(tdbItem& item) {
   if (auto* shank = dynamic_cast<tdbToolShank*>(&item)) return shank->BuildProfile();
   if (auto* cutter = dynamic_cast<tdbToolCutter*>(&item)) return cutter->BuildProfile(0);
