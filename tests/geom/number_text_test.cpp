@@ -56,7 +56,6 @@ constexpr NumberCase kNumbers[] = {
     {"0x10", 0, 1, 0, false},
     {"", 0, 0, 0, false},
     {"-", 0, 0, 0, false},
-    {"e5", 0, 0, 0, false},
     {"1e400", INFINITY, 5, 1, false},
     {"-1e400", -INFINITY, 6, -1, false},
     {"1e99999999999", INFINITY, 13, 1, false},

@@ -72,7 +72,6 @@ const FileCase kFiles[] = {
      "SOLID a\nFACET Normal 0 0 1 OUTER Loop Vertex 0 0 0 VERTEX 1 0 0 vertex 0 1 0 EndLoop "
      "ENDFACET\nEndSolid",
      1},
-    {"Tabs", replaced(kSolid, " ", "\t  \t"), 1},
     {"AFacetInOneLine", "solid a\n" + replaced(kFacet, "\n", " ") + "\nendsolid a\n", 1},
     {"SeveralSolids", kSolid + "\nsolid b\n" + kFacet + kFacet + "endsolid b\n", 3},
     {"NameLikeAFacet", "solid facet normal 0 0 1\n" + kFacet + "endsolid vertex\n", 1},
