@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tooldb/tool_parts.h"
+
 namespace tooldb {
 namespace {
 
@@ -46,6 +48,14 @@ TEST(Text, CaseAndBlanksAreAscii) {
   EXPECT_EQ(trimmed(" \t\r\n a b \v\f"), "a b");
   EXPECT_EQ(trimmed(" \n "), "");
   EXPECT_EQ(comparable_code(" d10-\xC3\xA4 "), "D10-\xC3\xA4");
+}
+
+TEST(Text, ParentChainNamesTheWayFromTheRoot) {
+  tdbToolComponent component(0, "Adapter");
+  component.AddItem(new tdbFixedLink(0));
+  component.GetItem(0)->SetName("Plate");
+  EXPECT_EQ(parent_chain(*component.GetItem(0)), "\\Adapter\\Plate");
+  EXPECT_EQ(parent_chain(component), "\\Adapter");
 }
 
 }  // namespace

@@ -23,6 +23,12 @@ TEST(Tool, KeepsLengthAndColorInTheirRange) {
   }
 }
 
+TEST(Tool, TurningToolsAreTypesThreeAndNine) {
+  for (int type = -1; type <= 12; ++type) {
+    EXPECT_EQ(tdbTool("T", type).IsTurningTool(), type == 3 || type == 9) << type;
+  }
+}
+
 TEST(Tool, ParameterPairsMayRepeat) {
   tdbTool tool("T1");
   tool.AddParam("A", "1");
@@ -122,8 +128,9 @@ TEST(Tool, PartsAreFoundDepthFirst) {
   for (const int i : {-1, 2}) EXPECT_EQ(tool->GetCutter(i), nullptr);
   tool->RemoveAllCutters();
   tool->RemoveAllShanks();
+  tool->AddShank(new tdbToolShank(0));
   EXPECT_EQ(tool->GetCutterCount(), 2);
-  EXPECT_EQ(tool->GetShankCount(), 1);
+  EXPECT_EQ(tool->GetShankCount(), 2);
 }
 
 TEST(Tool, UpdateTakesDiameterAndOffsetFromTheFirstCutter) {

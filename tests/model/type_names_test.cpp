@@ -26,8 +26,9 @@ TEST(TypeNames, AreThoseOfFilesAndFoundAgain) {
     EXPECT_EQ(tdbGetTypeName(*item), type_name);
     EXPECT_EQ(tdbGetTypeByName(*item, "mill_flatend"), -1);
     for (const auto& name : tdbGetTypeNames(*item)) {
-      item->SetType(tdbGetTypeByName(*item, name));
-      EXPECT_EQ(tdbGetTypeName(*item), name);
+      const std::unique_ptr<tdbItem> copy(item->Clone());
+      copy->SetType(tdbGetTypeByName(*item, name));
+      EXPECT_EQ(tdbGetTypeName(*copy), name);
     }
   }
 }
