@@ -98,7 +98,7 @@ TEST_P(StoredCode, StaysInTheFolderOrIsRefused) {
 
 INSTANTIATE_TEST_SUITE_P(Codes, StoredCode, testing::ValuesIn(kCodes), row_name<CodeCase>);
 
-TEST_F(FileManager, MovesAndRewrites) {
+TEST_F(FileManager, MovesAndRewritesOrNeither) {
   Insert(tool("A/1", "first"));
   EXPECT_TRUE(Update("A/1", tool("A{{47}}1", "one file for both")));
   EXPECT_TRUE(Update("A/1", tool("B", "moved")));
@@ -107,16 +107,11 @@ TEST_F(FileManager, MovesAndRewrites) {
   EXPECT_THAT(files.at("B.ktf"), HasSubstr("moved"));
   EXPECT_FALSE(Update("A/1", tool("C"))) << "there is nothing to move";
   EXPECT_THAT(error_.message, HasSubstr("A{{47}}1.ktf"));
-}
-
-TEST_F(FileManager, TakesBackTheMoveWhenTheRewriteFails) {
-  Insert(tool("A", "first"));
-  const auto before = scratch_.Files();
   FaultyFileSystem disk;
   const ScopedFileSystem use(disk);
   disk.Let([](const FileCall& call) { return call.kind == FileCall::Kind::kWrite; });
-  EXPECT_FALSE(Update("A", tool("B", "second")));
-  EXPECT_EQ(scratch_.Files(), before);
+  EXPECT_FALSE(Update("B", tool("C", "second")));
+  EXPECT_EQ(scratch_.Files("lib"), files);
 }
 
 TEST_F(FileManager, NamesTheFolderOrFileThatIsMissing) {

@@ -87,79 +87,56 @@ TEST(WindowsPath, MayHave259Characters) {
   EXPECT_THROW(file_system().CreateNew(path + 'x'), FileError);
 }
 
-struct KeptFile {
-  std::string_view name;
-  /// Puts a file that cannot be changed at `path`, as long as what it returns lives.
-  std::unique_ptr<NewFile> (*make)(const std::string& path, const std::string& text);
-  std::string reason;
-};
-
-const KeptFile kKeptFiles[] = {
-    {"OpenElsewhere",
-     [](const std::string& path, const std::string& text) {
-       auto file = file_system().CreateNew(path);
-       file->Write(text);
-       return file;
-     },
-     "The file is open in another program"},
-    {"ReadOnly",
-     [](const std::string& path, const std::string& text) {
-       tdbFileUtil::write_file(path, text);
-       std::filesystem::permissions(path, std::filesystem::perms::owner_write,
-                                    std::filesystem::perm_options::remove);
-       return std::unique_ptr<NewFile>();
-     },
-     "The file is read-only"},
-};
-
-struct Change {
-  std::string_view name;
-  bool (*make)(tdbFileManager& files, tdbTool& tool, tdbError& error);
-};
-
-constexpr Change kChanges[] = {
-    {"Insert", [](tdbFileManager& files, tdbTool& tool,
-                  tdbError& error) { return files.InsertItem(&tool, error); }},
-    {"Update", [](tdbFileManager& files, tdbTool& tool,
-                  tdbError& error) { return files.UpdateItem("T1", &tool, error); }},
-    {"UpdateUnderAnotherCode",
-     [](tdbFileManager& files, tdbTool& tool, tdbError& error) {
-       tool.SetCode("T2");
-       return files.UpdateItem("T1", &tool, error);
-     }},
-    {"Delete", [](tdbFileManager& files, tdbTool& tool,
-                  tdbError& error) { return files.DeleteItem(&tool, error); }},
-};
-
-class WindowsFile : public testing::TestWithParam<std::tuple<KeptFile, Change>> {};
-
-TEST_P(WindowsFile, StaysAsItIs) {
-  const auto& [kept, change] = GetParam();
-  const ScratchFolder scratch;
-  std::string folder = scratch.Path();
-  tdbFileManager files;
-  tdbError error(7);
-  ASSERT_TRUE(files.Init(folder, error));
-  std::unique_ptr<NewFile> held = kept.make(scratch.Path("T1.ktf"), "old");
-  tdbTool tool("T1");
-  EXPECT_FALSE(change.make(files, tool, error));
-  held.reset();
-  EXPECT_THAT(scratch.Files(), testing::ElementsAre(Pair("T1.ktf", "old")));
-  EXPECT_THAT(error.message, testing::StartsWith(folder));
-  EXPECT_THAT(error.message, testing::EndsWith(".ktf: " + kept.reason));
-  std::filesystem::permissions(scratch.Path("T1.ktf"), std::filesystem::perms::owner_write,
-                               std::filesystem::perm_options::add);
+/// Puts a file at `path` that cannot be changed as long as what this returns lives.
+std::unique_ptr<NewFile> make_open(const std::string& path) {
+  auto file = file_system().CreateNew(path);
+  file->Write("old");
+  return file;
 }
 
-std::string pair_name(const testing::TestParamInfo<std::tuple<KeptFile, Change>>& pair) {
-  const auto& [kept, change] = pair.param;
-  return std::string(kept.name) + std::string(change.name);
+std::unique_ptr<NewFile> make_read_only(const std::string& path) {
+  tdbFileUtil::write_file(path, "old");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_write,
+                               std::filesystem::perm_options::remove);
+  return nullptr;
 }
 
-INSTANTIATE_TEST_SUITE_P(Changes, WindowsFile,
-                         testing::Combine(testing::ValuesIn(kKeptFiles),
-                                          testing::ValuesIn(kChanges)),
-                         pair_name);
+/// Every change of the file of a tool T1; false, and the error filled, when it fails.
+constexpr bool (*kChanges[])(tdbFileManager& files, tdbTool& tool, tdbError& error) = {
+    [](auto& files, auto& tool, auto& error) { return files.InsertItem(&tool, error); },
+    [](auto& files, auto& tool, auto& error) { return files.UpdateItem("T1", &tool, error); },
+    [](auto& files, auto& tool, auto& error) {
+      tool.SetCode("T2");
+      return files.UpdateItem("T1", &tool, error);
+    },
+    [](auto& files, auto& tool, auto& error) { return files.DeleteItem(&tool, error); },
+};
+
+TEST(WindowsFile, StaysAsItIs) {
+  const std::pair<std::unique_ptr<NewFile> (*)(const std::string&), const char*> kKept[] = {
+      {make_open, "The file is open in another program"},
+      {make_read_only, "The file is read-only"}};
+  for (const auto& [make, reason] : kKept) {
+    for (const auto& change : kChanges) {
+      SCOPED_TRACE(&change - kChanges);
+      const ScratchFolder scratch;
+      std::string folder = scratch.Path();
+      const std::string path = scratch.Path("T1.ktf");
+      tdbFileManager files;
+      tdbError error(7);
+      ASSERT_TRUE(files.Init(folder, error));
+      std::unique_ptr<NewFile> held = make(path);
+      tdbTool tool("T1");
+      EXPECT_FALSE(change(files, tool, error));
+      held.reset();
+      EXPECT_THAT(scratch.Files(), testing::ElementsAre(Pair("T1.ktf", "old")));
+      EXPECT_THAT(error.message, testing::StartsWith(folder));
+      EXPECT_THAT(error.message, testing::EndsWith(std::string(".ktf: ") + reason));
+      std::filesystem::permissions(path, std::filesystem::perms::owner_write,
+                                   std::filesystem::perm_options::add);
+    }
+  }
+}
 
 TEST(WindowsFile, OpenElsewhereIsNotRead) {
   const ScratchFolder scratch;
