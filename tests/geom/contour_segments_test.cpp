@@ -79,11 +79,11 @@ TEST_P(RoundCorners, GivesLinesAndArcs) {
   ASSERT_EQ(outline.has_value(), !GetParam().outline.empty());
   if (!outline) return;
   EXPECT_EQ(text_of(*outline), GetParam().outline);
-  const Polyline chords = flatten(*outline, 1e-6);
-  EXPECT_NEAR(signed_area(*outline), signed_area(chords), 1e-4);
+  const Polyline chords = flatten(*outline, 1e-3);
+  EXPECT_NEAR(signed_area(*outline), signed_area(chords), 0.05);
   if (GetParam().closed || signed_area(chords) == 0) return;
-  const double volume = volume_of_revolution(*outline);
-  EXPECT_NEAR(std::abs(volume), check_mesh(revolved(chords, 1e-3)).volume, 1e-3 * volume);
+  const double volume = check_mesh(revolved(chords, 1e-3)).volume;
+  EXPECT_NEAR(volume_of_revolution(*outline), volume, 1e-3 * volume);
 }
 
 struct ArcCase {
