@@ -113,6 +113,8 @@ class Session {
     static const std::map<std::string, Verb> kVerbs = [] {
       std::map<std::string, Verb> verbs = {
           {"hear", [](auto& s, auto&) { return s.hears_log_ = true; }},
+          {"to-memory", [](auto& s, auto&) { return s.db_.SetFlags(1), true; }},
+          {"to-disk", [](auto& s, auto&) { return s.db_.SetFlags(0), true; }},
           {"create",
            [](auto& s, auto& w) { return s.db_.Create(w[1].empty() ? "" : s.Path(w[1])); }},
           {"init", [](auto& s, auto& w) { return s.db_.Init(s.Path(w[1])); }},

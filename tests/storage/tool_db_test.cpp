@@ -114,31 +114,6 @@ TEST_F(ToolDb, ClearsTheMarksOfWhatIsStored) {
   EXPECT_EQ(tool->GetHolder(0)->GetAbsPos()(2, 3), 40);
 }
 
-TEST_F(ToolDb, InMemoryTouchesNoDisk) {
-  memory_.SetFolderPath(scratch_.Path("lib").c_str());
-  add_tool(db_, "T9");
-  const auto before = scratch_.Files();
-  tdbTool* tool = add_tool(memory_, "T1");
-  EXPECT_TRUE(memory_.AddTool(tool, false)) << "it is listed";
-  EXPECT_EQ(memory_.GetToolCount(1), 1);
-  tdbError error;
-  EXPECT_TRUE(memory_.Init(scratch_.Path("lib")) && memory_.Available() && memory_.Read());
-  EXPECT_TRUE(memory_.Create(scratch_.Path("other")) && memory_.Reload({"T9"}));
-  EXPECT_TRUE(memory_.UpdateTool(tool) && memory_.RenameTool("T9", tool));
-  EXPECT_TRUE(memory_.CloneTool(tool, error));
-  EXPECT_FALSE(memory_.IsToolCodeExists("T9"));
-  EXPECT_EQ(memory_.GetToolCount(2), 0);
-  EXPECT_EQ(memory_.GetTool(0, 2), nullptr);
-  EXPECT_EQ(memory_.GetToolByCode("T9", 2), nullptr);
-  EXPECT_EQ(memory_.GetToolCodebyPosition(0, 2), "");
-  EXPECT_EQ(memory_.RefreshTool("T1"), nullptr);
-  memory_.RemoveAllTools(true, 2);
-  memory_.RemoveAllTools(true, 1);
-  EXPECT_EQ(memory_.GetToolCount(1), 0);
-  EXPECT_EQ(scratch_.Files(), before);
-  EXPECT_FALSE(memory_.HasReported()) << memory_.Told(scratch_);
-}
-
 TEST_F(ToolDb, LooksUpByCode) {
   AddThree();
   for (int source : {1, 2}) {
