@@ -6,8 +6,8 @@
 #include <array>
 #include <map>
 #include <random>
+#include <span>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 #include "geom/extrude.h"

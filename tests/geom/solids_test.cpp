@@ -21,6 +21,7 @@ struct RevolveCase {
 };
 constexpr RevolveCase kRevolved[] = {
     {"Flat", 0.05, 128, 12485.8, 2, "0 0 ; 10 0 ; 10 40 ; 0 40"},
+    {"Drill", 0.01, 208, 4544.01, 2, "0 0 ; 5 3.004303 ; 5 60 ; 0 60"},
     {"ClockwiseIsTheSame", 0.05, 128, 12485.8, 2, "0 40 ; 10 40 ; 10 0 ; 0 0"},
     {"EndsOffTheAxisAreJoined", 0.05, 128, 12485.8, 2, "10 0 ; 10 40"},
     {"EqualPointsAndTheAxisAddNothing", 0.05, 128, 12485.8, 2,
@@ -70,7 +71,6 @@ struct ExtrudeCase {
   long euler;
 };
 constexpr ExtrudeCase kExtruded[] = {
-    {"Box", "0 0 ; 2 0 ; 2 3 ; 0 3", -5, 0, 30, 2},
     {"Clockwise", "0 0 ; 0 3 ; 2 3 ; 2 0", -5, 0, 30, 2},
     {"FirstPointRepeated", "0 0 ; 2 0 ; 2 3 ; 0 3 ; 0 0", 1, 2, 6, 2},
     {"NotConvex", "0 0 ; 6 0 ; 6 6 ; 3 1 ; 0 6", 0, 2, 42, 2},

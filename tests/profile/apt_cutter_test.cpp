@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <array>
+#include <algorithm>
 
 #include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
