@@ -99,7 +99,6 @@ constexpr ArcCase kArcs[] = {
     {"Full", {{3, 4}, {3, 4}, {0, 0}, kCcw}, 0.3, 13, "3 4 ; 0 5 ; -5 0 ; 0 -5 ; 5 0"},
     {"FullClockwise", {{5, 0}, {5, 0}, {0, 0}, kCw}, 0.3, 13, "0 -5 ; -5 0 ; 0 5"},
     {"TwoQuadrants", {{-3, -4}, {4, -3}, {0, 0}, kCcw}, 9, 3, "-3 -4 ; 0 -5 ; 4 -3"},
-    {"CoarseStillHasQuarters", {{5, 0}, {5, 0}, {0, 0}, kCcw}, 99, 5, "-5 0"},
     {"StartsJustBelowAQuadrant", {{5, -1e-10}, {0, 5}, {0, 0}, kCcw}, 9, 2, "0 5"},
     {"RadiiDisagree", {{5, 0}, {0, 5.002}, {0, 0}, kCcw}, 0.01, 14, "0 5.002"},
     {"CenterOnStart", {{5, 0}, {7, 0}, {5, 0}, kCcw}, 0.01, 2, "5 0 ; 7 0"},
