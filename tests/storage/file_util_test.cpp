@@ -139,7 +139,10 @@ TEST(FileCalls, NameThePathAndTheReason) {
   // Each on a path below a file, which no system allows.
   void (*const kCalls[])(const std::string& path) = {
       [](const std::string& path) { file_system().Open(path); },
-      [](const std::string& path) { file_system().Read(path); },
+      [](const std::string& path) {
+        std::string text;
+        tdbFileUtil::read_file(path, text);
+      },
       [](const std::string& path) { tdbFileUtil::write_file(path, "x"); },
       [](const std::string& path) { tdbFileUtil::remove_file(path); },
       [](const std::string& path) { tdbFileUtil::rename_file(path, path + "2"); },

@@ -240,7 +240,7 @@ class Session {
     return done;
   }
 
-  bool WriteExport(const std::string& name) const {
+  bool WriteExport(const std::string& name) {
     std::string text;
     db_.WriteXml(text, {});
     return MakeFile(name, text);

@@ -21,6 +21,7 @@ TEST(Components, AreStoredAsDefinitionsAndReadAgain) {
   const ScratchFolder scratch;
   tdbToolComponentsDB components("", 0);
   EXPECT_TRUE(components.Create(scratch.Path("lib")));
+  EXPECT_EQ(components.GetFolderPath(), scratch.Path("lib"));
   tdbToolComponent* const listed = make_component("C/1").release();
   auto* cutting = new tdbCuttingTool(new tdbToolCutter(0), new tdbToolShank(0), 0);
   static_cast<tdbToolHolder*>(listed->GetItem(0))->AddItem(cutting);

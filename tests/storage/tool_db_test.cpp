@@ -7,6 +7,7 @@
 #include <random>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "tests/golden.h"
 #include "tests/storage/watched_database.h"
@@ -72,6 +73,7 @@ TEST_F(ToolDb, ReportsARelativeFolderThatIsNoLongerThere) {
   EXPECT_NE(add_tool(db_, "T1"), nullptr);
   fs::current_path(scratch_.MakeFolder("elsewhere"));
   EXPECT_EQ(add_tool(db_, "T2"), nullptr);
+  EXPECT_FALSE(db_.Available());
   EXPECT_TRUE(db_.HasReported());
   EXPECT_THAT(scratch_.Files(), ElementsAre(Key("here/lib/T1.ktf")));
   fs::current_path(scratch_.Path("here"));
@@ -123,7 +125,7 @@ TEST_F(ToolDb, LooksUpByCode) {
     EXPECT_TRUE(db_.GetToolByCode("A/B", copy, source));
     EXPECT_EQ(copy.GetCode(), "A/B");
   }
-  EXPECT_EQ(db_.GetToolByCode("t1", 1), nullptr) << "compares exactly";
+  EXPECT_EQ(std::as_const(db_).GetToolByCode("t1", 1), nullptr) << "compares exactly";
   EXPECT_EQ(db_.GetToolCodebyPosition(1, 1), "A/B");
   EXPECT_EQ(db_.GetToolCodebyPosition(3, 1) + db_.GetToolCodebyPosition(3, 2), "");
 }
@@ -196,6 +198,8 @@ TEST_F(ToolDb, ACopyStartsWithoutTools) {
   EXPECT_EQ(assigned.Deprecated_GetTdbPath(), "legacy");
   EXPECT_EQ(assigned.GetToolCount(2), 3) << "no longer memory only";
   EXPECT_EQ(assigned.GetToolCount(1), 1);
+  assigned.SetFolderPath("elsewhere");
+  EXPECT_EQ(assigned.GetFolderPath(), "elsewhere");
   const std::unique_ptr<tdbObject> clone(db_.Clone());
   EXPECT_EQ(clone->GetName(), "watched");
   db_.Forget();
