@@ -57,7 +57,7 @@ class FileSystem {
   virtual std::unique_ptr<InputFile> Open(const std::string& path);
   /// Opens a new file for writing, with no sharing; null when the path exists.
   virtual std::unique_ptr<NewFile> CreateNew(const std::string& path) = 0;
-  /// Creates an empty file with permissions that no other file has; false when the path exists.
+  /// Creates an empty file with a mark that no other file has; false when the path exists.
   virtual bool CreateProbe(const std::string& path) = 0;
   /// True for a file as `CreateProbe` leaves it.
   virtual bool IsProbe(const std::string& path) = 0;

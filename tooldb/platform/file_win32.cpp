@@ -48,7 +48,9 @@ class FileHandle {
 };
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-constexpr DWORD kProbeAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+
+/// When a probe was written, by which it is known: the year 2000 was 0.1234567 s old.
+constexpr FILETIME kProbeTime = {0x25801687, 0x01BF53EB};
 
 HANDLE open_file(const std::string& path, DWORD access, DWORD share, DWORD disposition,
                  DWORD attributes = FILE_ATTRIBUTE_NORMAL) {
@@ -188,16 +190,18 @@ std::unique_ptr<NewFile> SystemFileSystem::CreateNew(const std::string& path) {
 }
 
 bool SystemFileSystem::CreateProbe(const std::string& path) {
-  const FileHandle probe(open_file(path, GENERIC_WRITE, 0, CREATE_NEW, kProbeAttributes));
+  const FileHandle probe(open_file(path, GENERIC_WRITE, 0, CREATE_NEW));
   if (!probe.IsOpen() && GetLastError() != ERROR_FILE_EXISTS) raise_last_error(path);
+  // Where that fails the probe of a killed process stays, an empty file.
+  SetFileTime(probe.Get(), nullptr, nullptr, &kProbeTime);
   return probe.IsOpen();
 }
 
 bool SystemFileSystem::IsProbe(const std::string& path) {
   WIN32_FILE_ATTRIBUTE_DATA found = {};
   return GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &found) != 0 &&
-         (found.dwFileAttributes & kProbeAttributes) == kProbeAttributes &&
-         found.nFileSizeHigh == 0 && found.nFileSizeLow == 0;
+         (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 && found.nFileSizeHigh == 0 &&
+         found.nFileSizeLow == 0 && CompareFileTime(&found.ftLastWriteTime, &kProbeTime) == 0;
 }
 
 void SystemFileSystem::Rename(const std::string& from, const std::string& to) {
