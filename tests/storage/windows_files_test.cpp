@@ -62,6 +62,7 @@ TEST_P(WindowsPath, IsRefusedByEveryCall) {
       [](const std::string& file) { file_system().IsFile(file); },
       [](const std::string& file) { file_system().IsFolder(file); },
       [](const std::string& file) { file_system().LastWriteTime(file); },
+      [](const std::string& file) { file_system().LastWriteNanoseconds(file); },
   };
   for (const auto& call : calls) {
     try {
@@ -135,6 +136,14 @@ TEST(WindowsFile, StaysAsItIs) {
       std::filesystem::permissions(path, std::filesystem::perms::owner_write,
                                    std::filesystem::perm_options::add);
     }
+  }
+}
+
+TEST(WindowsFile, HasOneTimeInBothUnits) {
+  const ScratchFolder scratch;
+  for (const std::string& path : {scratch.Path(), scratch.MakeFile("T1.ktf", "")}) {
+    EXPECT_EQ(file_system().LastWriteNanoseconds(path) / 1'000'000'000,
+              file_system().LastWriteTime(path));
   }
 }
 
