@@ -94,7 +94,6 @@ struct ArcCase {
   std::string_view must_have;
 };
 constexpr ArcCase kArcs[] = {
-    {"HalfRight", {{0, 0}, {0, 16}, {0, 8}, kCcw}, 0.01, 33, "8 8"},
     {"HalfLeft", {{0, 0}, {0, 16}, {0, 8}, kCw}, 0.01, 33, "-8 8"},
     {"Full", {{3, 4}, {3, 4}, {0, 0}, kCcw}, 0.3, 13, "3 4 ; 0 5 ; -5 0 ; 0 -5 ; 5 0"},
     {"FullClockwise", {{5, 0}, {5, 0}, {0, 0}, kCw}, 0.3, 13, "0 -5 ; -5 0 ; 0 5"},

@@ -30,7 +30,7 @@ constexpr const char* kBroken[] = {
     "<LINE><START>0,5 0</START><END>1 0</END></LINE>",
     "<LINE><START>nan 0</START><END>1 0</END></LINE>",
     "<LINE><START>0 0</START><END>1 1e999</END></LINE>",
-    "<LINE><START>0 <X/>0</START><END>1 0</END></LINE>",
+    "<LINE><START>0 0<X/></START><END>1 0</END></LINE>",
     "<LINE><START>0 0</START><END>1 0</END>",
     "<LINE><START><START><START>0 0</START></START></START><END>1 0</END></LINE>",
 };
