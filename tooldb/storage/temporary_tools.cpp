@@ -24,13 +24,15 @@ template <class Fill>
 tdbTool* added(tdbToolDB* db, const std::string& code, int type, Fill&& fill) {
   if (db == nullptr) return nullptr;
   tdbError error;
+  bool is_made = false;
   tdbTool* const added = tooldb::guarded(error, static_cast<tdbTool*>(nullptr), [&] {
     auto tool = std::make_unique<tdbTool>(code, type);
     tool->SetFlags(kTemporaryFlag);
     fill(*tool);
-    return db->AddTool(tool.get(), error, false) ? tool.release() : nullptr;
+    is_made = true;
+    return db->AddTool(tool.get(), false) ? tool.release() : nullptr;
   });
-  if (added == nullptr) db->Error(&error);
+  if (!is_made) db->Error(&error);  // the addition tells of its own
   return added;
 }
 
