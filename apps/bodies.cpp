@@ -144,12 +144,20 @@ double largest_radius(const Body& body) {
   return radius;
 }
 
-double radius_at(const Body& body, double height) {
+std::vector<Contour> placed_contours(const Body& body) {
+  std::vector<Contour> placed = body.contours;
+  for (Contour& contour : placed) {
+    for (auto& point : contour) point = body.Placed(point);
+  }
+  return placed;
+}
+
+double radius_at(const std::vector<Contour>& placed, double height) {
   double radius = 0;
-  for (const Contour& contour : body.contours) {
+  for (const Contour& contour : placed) {
     for (std::size_t i = 1; i < contour.size(); ++i) {
-      const auto a = body.Placed(contour[i - 1]);
-      const auto b = body.Placed(contour[i]);
+      const auto& a = contour[i - 1];
+      const auto& b = contour[i];
       if (std::min(a.y, b.y) > height || std::max(a.y, b.y) < height || a.y == b.y) continue;
       const double x = a.x + (b.x - a.x) * (height - a.y) / (b.y - a.y);
       radius = std::max(radius, std::abs(x));

@@ -55,7 +55,10 @@ std::vector<std::string> refusals(const std::string& owner, const std::vector<Bo
 Extent axial_extent(const Body& body);
 double largest_radius(const Body& body);
 
-/// The largest distance of a body's outline from the axis at a height; 0 where it is not.
-double radius_at(const Body& body, double height);
+/// The contours of a body where they stand in the tool's frame.
+std::vector<Contour> placed_contours(const Body& body);
+
+/// The largest distance of placed contours from the axis at a height; 0 where they are not.
+double radius_at(const std::vector<Contour>& placed, double height);
 
 }  // namespace tooldb

@@ -21,6 +21,7 @@ constexpr int kHeights = 32;
 struct Part {
   const Body* body;
   Extent extent;
+  std::vector<Contour> placed;
 };
 
 std::string named(const Part& part) { return "'" + part.body->item->GetName() + "'"; }
@@ -33,7 +34,7 @@ class Assembly {
       : file_(file), findings_(findings), tolerance_(tolerance) {
     for (const Body& body : bodies) {
       const bool counts = body.is_revolved && !body.contours.empty() && body.IsAlongAxis();
-      if (counts) parts_.push_back({&body, axial_extent(body)});
+      if (counts) parts_.push_back({&body, axial_extent(body), placed_contours(body)});
     }
     std::ranges::stable_sort(parts_, {}, [](const Part& p) { return p.extent.low; });
     if (parts_.empty()) return;
@@ -109,8 +110,8 @@ class Assembly {
     if (high - low <= slack_) return;
     for (int i = 0; i < heights; ++i) {
       const double height = low + slack_ + (high - low - 2 * slack_) * i / heights;
-      const double inside = radius_at(*shank.body, height);
-      const double outside = radius_at(*outer.body, height);
+      const double inside = radius_at(shank.placed, height);
+      const double outside = radius_at(outer.placed, height);
       if (inside <= outside + 2 * tolerance_ + slack_) continue;
       return Add(rule, shank,
                  fmt::format("shank {} is {:.4g} wide where {} {} is only {:.4g}", named(shank),

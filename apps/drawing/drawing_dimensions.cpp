@@ -57,8 +57,9 @@ class Dimensions {
     const double step = 1e-6 * view_.Along().Size();
     for (const Body& body : bodies_) {
       if (!body.is_revolved) continue;
+      const std::vector<Contour> placed = placed_contours(body);
       for (const double h : {height - step, height, height + step}) {
-        radius = std::max(radius, radius_at(body, h));
+        radius = std::max(radius, radius_at(placed, h));
       }
     }
     return radius;
