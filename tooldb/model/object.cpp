@@ -12,6 +12,7 @@ tdbObject::tdbObject(const tdbObject& other)
       version_(other.version_),
       modified_(other.modified_) {}
 tdbObject& tdbObject::operator=(const tdbObject& other) {
+  if (this == &other) return *this;
   SetCode(other.code_);
   name_ = other.name_;
   flags_ = other.flags_;
