@@ -37,9 +37,15 @@ void add(tdbToolDB& db, int i, bool replace) {
   static_cast<void>(tool.release());
 }
 
+tdbTool* listed(tdbToolDB& db, int i) {
+  tdbTool* const tool = db.GetToolByCode(old_code(i), 1);
+  require(tool != nullptr, "finding a tool");
+  return tool;
+}
+
 /// The listed tool `i` with its second text, under a code.
 tdbTool* changed(tdbToolDB& db, int i, const std::string& code) {
-  tdbTool* const tool = db.GetToolByCode(old_code(i), 1);
+  tdbTool* const tool = listed(db, i);
   *tool = *make_tool(code, i, 1);
   return tool;
 }
@@ -53,7 +59,7 @@ void rename(tdbToolDB& db, int i) {
 }
 
 void remove(tdbToolDB& db, int i) {
-  tdbTool* const tool = db.GetToolByCode(old_code(i), 1);
+  tdbTool* const tool = listed(db, i);
   require(db.RemoveTool(tool), "RemoveTool");
   delete tool;
 }
