@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <sstream>
 
 #include "tests/geom/row_name.h"
@@ -56,6 +57,12 @@ struct ComponentCalls {
     db.RemoveAllToolComponents(files, source);
   }
 };
+
+/// For what has no answer.
+bool done(const std::function<void()>& call) {
+  call();
+  return true;
+}
 
 /// A step with what follows its verb; "~" stands for a blank, "^" for a line feed, "nil" for an
 /// empty word.
@@ -113,8 +120,8 @@ class Session {
     static const std::map<std::string, Verb> kVerbs = [] {
       std::map<std::string, Verb> verbs = {
           {"hear", [](auto& s, auto&) { return s.hears_log_ = true; }},
-          {"to-memory", [](auto& s, auto&) { return s.db_.SetFlags(1), true; }},
-          {"to-disk", [](auto& s, auto&) { return s.db_.SetFlags(0), true; }},
+          {"to-memory", [](auto& s, auto&) { return done([&] { s.db_.SetFlags(1); }); }},
+          {"to-disk", [](auto& s, auto&) { return done([&] { s.db_.SetFlags(0); }); }},
           {"create",
            [](auto& s, auto& w) { return s.db_.Create(w[1].empty() ? "" : s.Path(w[1])); }},
           {"init", [](auto& s, auto& w) { return s.db_.Init(s.Path(w[1])); }},
@@ -135,15 +142,21 @@ class Session {
           {"add-nothing", [](auto& s, auto&) { return s.db_.AddTool(nullptr, true); }},
           {"update", [](auto& s, auto& w) { return s.db_.UpdateTool(&s.Listed(w[1])); }},
           {"remove", [](auto& s, auto& w) { return s.Remove(s.Listed(w[1])); }},
-          {"forget-all", [](auto& s, auto&) { return Calls::Clear(s.db_, false, 1), true; }},
-          {"remove-all", [](auto& s, auto&) { return Calls::Clear(s.db_, true, 1), true; }},
-          {"remove-files", [](auto& s, auto&) { return Calls::Clear(s.db_, true, 2), true; }},
-          {"change", [](auto& s, auto& w) { return set_text(s.Listed(w[1]), w[2]), true; }},
+          {"forget-all",
+           [](auto& s, auto&) { return done([&] { Calls::Clear(s.db_, false, 1); }); }},
+          {"remove-all",
+           [](auto& s, auto&) { return done([&] { Calls::Clear(s.db_, true, 1); }); }},
+          {"remove-files",
+           [](auto& s, auto&) { return done([&] { Calls::Clear(s.db_, true, 2); }); }},
+          {"change",
+           [](auto& s, auto& w) { return done([&] { set_text(s.Listed(w[1]), w[2]); }); }},
           {"is-stored", [](auto& s, auto& w) { return s.db_.IsToolCodeExists(w[1]); }},
           {"is-readable",
            [](auto& s, auto& w) { return Owned(Calls::Find(s.db_, w[1], 2)) != nullptr; }},
           {"sort",
-           [](auto& s, auto& w) { return s.db_.Sort(std::stoi(w[1]), w[2].empty()), true; }},
+           [](auto& s, auto& w) {
+             return done([&] { s.db_.Sort(std::stoi(w[1]), w[2].empty()); });
+           }},
           {"list", [](auto& s, auto&) { return s.Tell(1); }},
           {"folder", [](auto& s, auto&) { return s.Tell(2); }},
           {"files", [](auto& s, auto& w) { return s.TellFiles(w[1]); }},
@@ -163,7 +176,8 @@ class Session {
              [](auto& s, auto& w) { return s.components_.RemoveToolComponentByCode(w[1]); }},
             {"use", [](auto& s, auto& w) { return s.Use(s.Listed(w[1]), w[2]); }},
             {"hang", [](auto& s, auto& w) { return s.Hang(s.Listed(w[1]), w[2]); }},
-            {"update-uses", [](auto& s, auto&) { return s.db_.UpdateToolComponents(), true; }},
+            {"update-uses",
+             [](auto& s, auto&) { return done([&] { s.db_.UpdateToolComponents(); }); }},
             {"tree", [](auto& s, auto& w) { return s.TellTree(s.Listed(w[1])); }},
             {"order", [](auto& s, auto& w) { return s.TellOrder(w[1], w[2]); }},
             {"import-self", [](auto& s, auto&) { return s.db_.Import(&s.db_); }},

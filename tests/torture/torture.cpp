@@ -236,9 +236,10 @@ int disturb(std::string_view verb, int argc, char** argv) {
   if (verb == "failures" && argc == 4) return fail_every_call(few);
   if (argc < 5) return -1;
   const Job part{*operation, folder, argc == 6 ? std::atoi(argv[5]) : kTools, argv[4]};
-  if (verb == "prepare") return part.Prepare(), 0;
-  if (verb == "act") return act(part), 0;
-  return verb == "verify" ? !verify(part) : -1;
+  if (verb == "verify") return verify(part) ? 0 : 1;
+  if (verb != "prepare" && verb != "act") return -1;
+  verb == "act" ? act(part) : part.Prepare();
+  return 0;
 }
 
 }  // namespace
