@@ -26,14 +26,15 @@ void assign(std::string& field, const char* text) { field = text == nullptr ? ""
 
 template <class Part>
 auto part_at(auto& tool, int i) {
-  const auto parts = tooldb::parts_below<Part>(tool);
-  const bool in_range = i >= 0 && static_cast<std::size_t>(i) < parts.size();
-  return in_range ? parts[static_cast<std::size_t>(i)] : nullptr;
+  return i < 0 ? nullptr : tooldb::part_below<Part>(tool, i);
 }
 
 template <class Part>
 int part_count(const tdbTool& tool) {
-  return static_cast<int>(tooldb::parts_below<Part>(tool).size());
+  constexpr int kMore = std::numeric_limits<int>::max();
+  int left = kMore;
+  tooldb::part_below<Part>(tool, left);
+  return kMore - left;
 }
 
 /// Toward zero; what no int can hold becomes the nearest one, and NaN 0.

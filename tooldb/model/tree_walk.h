@@ -33,6 +33,26 @@ auto items_below(Composite& root) {
   return items;
 }
 
+/// The item of class `Part` that `before` others stand before, in the order of `items_below`; null,
+/// and `before` less by their number, when there are not so many. Takes no memory.
+template <class Part, std::derived_from<tdbCompositeItem> Composite>
+std::conditional_t<std::is_const_v<Composite>, const Part, Part>* part_below(Composite& root,
+                                                                             int& before) {
+  using Found = std::conditional_t<std::is_const_v<Composite>, const Part, Part>;
+  using Group =
+      std::conditional_t<std::is_const_v<Composite>, const tdbCompositeItem, tdbCompositeItem>;
+  const auto count = static_cast<unsigned>(root.GetItemCount());
+  for (unsigned i = 0; i < count; ++i) {
+    auto* const item = root.GetItem(i);
+    auto* const part = dynamic_cast<Found*>(item);
+    if (part != nullptr && before-- == 0) return part;
+    auto* const group = dynamic_cast<Group*>(item);
+    Found* const inner = group == nullptr ? nullptr : part_below<Part>(*group, before);
+    if (inner != nullptr) return inner;
+  }
+  return nullptr;
+}
+
 /// The items of class `Part` below `root`, in the order of `items_below`.
 template <class Part, std::derived_from<tdbCompositeItem> Composite>
 auto parts_below(Composite& root) {
