@@ -30,8 +30,6 @@ struct Counts {
   std::size_t components = 0;
 };
 
-CheckedFile checked_file(const std::string& path) { return {path, file_bytes(path)}; }
-
 void check_tool(ToolFolder& folder, const std::string& name, Findings& findings) {
   const std::string path = folder.Path() + '/' + name;
   tdbError error;
@@ -39,7 +37,7 @@ void check_tool(ToolFolder& folder, const std::string& name, Findings& findings)
   if (tool == nullptr) {
     return findings.Add(rule::kUnreadable, path, line_in(error.message), error.message);
   }
-  const CheckedFile file = checked_file(path);
+  const CheckedFile file(path);
   const std::vector<Body> bodies = bodies_of(*tool, fine_tolerance(*tool));
   check_contents(*tool, bodies, file, findings);
   check_assembly(*tool, bodies, file, findings);
@@ -55,7 +53,7 @@ void check_component(ComponentFolder& folder, const std::string& name, Findings&
   }
   component->SetItemComponent(true);
   const std::vector<Body> bodies = bodies_of(*component, fine_tolerance(*component));
-  check_contents(*component, bodies, checked_file(path), findings);
+  check_contents(*component, bodies, CheckedFile(path), findings);
 }
 
 void check_folder(const Options& options, const std::string& path, Counts& counts,

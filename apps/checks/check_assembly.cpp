@@ -53,7 +53,7 @@ class Assembly {
  private:
   void Add(const Findings::Rule& rule, const Part& part, std::string message) {
     const std::string name = "NAME=\"" + part.body->item->GetName() + '"';
-    findings_.Add(rule, file_.path, line_of(file_.bytes, name), std::move(message));
+    findings_.Add(rule, file_.Path(), file_.LineOf(name), std::move(message));
   }
 
   void CheckGaps() {
@@ -133,7 +133,7 @@ void check_depth_of_cut(tdbTool& tool, const CheckedFile& file, Findings& findin
   const double length = cutter->GetLength() * unit;
   const double depth = tool.GetCutCond().GetAp();
   if (length <= 0 || depth <= length * (1 + kSlack)) return;
-  findings.Add(rule::kDepth, file.path, line_of(file.bytes, "<AP>"),
+  findings.Add(rule::kDepth, file.Path(), file.LineOf("<AP>"),
                fmt::format("the depth of cut {} mm is above the cutting length {} mm",
                            shown_number(depth), shown_number(length)));
 }
@@ -143,7 +143,7 @@ void check_depth_of_cut(tdbTool& tool, const CheckedFile& file, Findings& findin
 void check_assembly(tdbTool& tool, const std::vector<Body>& bodies, const CheckedFile& file,
                     Findings& findings) {
   if (tool.GetCutterCount() == 0) {
-    findings.Add(rule::kNoCutter, file.path, 0, "the tool has no cutter");
+    findings.Add(rule::kNoCutter, file.Path(), 0, "the tool has no cutter");
   }
   Assembly(bodies, fine_tolerance(tool), file, findings).Check();
   check_depth_of_cut(tool, file, findings);

@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "apps/bodies.h"
 #include "apps/checks/check_item.h"
 #include "apps/checks/check_rules.h"
@@ -23,28 +25,28 @@ std::string named(const tdbItem& item) {
 std::size_t line_of_text(const CheckedFile& file, const std::string& text) {
   const auto end = text.find_first_of("<&\"\n\t");
   const std::string head = text.substr(0, end);
-  return head.size() < 3 ? 0 : line_of(file.bytes, head);
+  return head.size() < 3 ? 0 : file.LineOf(head);
 }
 
 void check_texts(tdbCompositeItem& root, const CheckedFile& file, Findings& findings) {
   for (const HeldText& text : held_texts(root)) {
     const std::string problem = text_problem(text.value, text.one_line);
     if (problem.empty()) continue;
-    findings.Add(rule::kText, file.path, line_of_text(file, text.value),
+    findings.Add(rule::kText, file.Path(), line_of_text(file, text.value),
                  text.where + ": " + problem);
   }
 }
 
 void check_parameter_names(tdbCompositeItem& root, const CheckedFile& file, Findings& findings) {
   for (const auto& problem : parameter_name_problems(root)) {
-    findings.Add(rule::kParameterName, file.path, 0, problem);
+    findings.Add(rule::kParameterName, file.Path(), 0, problem);
   }
 }
 
 void check_references(tdbCompositeItem& root, const CheckedFile& file, Findings& findings) {
   for (const tdbError& error : root.GetErrs()) {
     const bool is_component = error.code == kComponentNotFound;
-    findings.Add(is_component ? rule::kComponent : rule::kReference, file.path,
+    findings.Add(is_component ? rule::kComponent : rule::kReference, file.Path(),
                  line_in(error.message), error.message);
   }
 }
@@ -52,21 +54,20 @@ void check_references(tdbCompositeItem& root, const CheckedFile& file, Findings&
 void check_model(const tdbItem& item, const CheckedFile& file, Findings& findings) {
   const std::string path = item.GetShapeFilePath();
   if (path.empty() || tdbFileUtil::file_exists(path)) return;
-  findings.Add(rule::kModel, file.path, line_of(file.bytes, name_attribute(item)),
+  findings.Add(rule::kModel, file.Path(), file.LineOf(name_attribute(item)),
                fmt::format("{}: there is no model file '{}'", named(item), path));
 }
 
 void check_outline(const Body& body, const CheckedFile& file, Findings& findings) {
-  const std::size_t line = line_of(file.bytes, name_attribute(*body.item));
-  if (!body.refusal.empty()) {
-    findings.Add(rule::kOutline, file.path, line, named(*body.item) + ": " + body.refusal);
-  }
+  const auto add = [&](const Findings::Rule& rule, std::string message) {
+    findings.Add(rule, file.Path(), file.LineOf(name_attribute(*body.item)), std::move(message));
+  };
+  if (!body.refusal.empty()) add(rule::kOutline, named(*body.item) + ": " + body.refusal);
   for (const Contour& contour : body.contours) {
     const auto crossing = contour_crossing(contour);
     if (!crossing) continue;
-    findings.Add(rule::kCrossing, file.path, line,
-                 fmt::format("{}: the outline crosses itself near {:.6g}, {:.6g}",
-                             named(*body.item), crossing->x, crossing->y));
+    add(rule::kCrossing, fmt::format("{}: the outline crosses itself near {:.6g}, {:.6g}",
+                                     named(*body.item), crossing->x, crossing->y));
   }
 }
 
@@ -76,6 +77,14 @@ bool has_missing_model(const tdbItem& item) {
 }
 
 }  // namespace
+
+std::size_t CheckedFile::LineOf(std::string_view text) const {
+  if (!bytes_) bytes_ = file_bytes(path_);
+  const auto at = bytes_->find(text);
+  if (text.empty() || at == std::string::npos) return 0;
+  return 1 + static_cast<std::size_t>(
+                 std::ranges::count(std::string_view(*bytes_).substr(0, at), '\n'));
+}
 
 void check_contents(tdbCompositeItem& root, const std::vector<Body>& bodies,
                     const CheckedFile& file, Findings& findings) {

@@ -39,9 +39,6 @@ class Findings {
   std::vector<Finding> list_;
 };
 
-/// The line of a file, counted from 1, on which a text stands first; 0 when it is not there.
-std::size_t line_of(std::string_view bytes, std::string_view text);
-
 /// The line that a message of the reader names; 0 when it names none.
 std::size_t line_in(std::string_view message);
 
