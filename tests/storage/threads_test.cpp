@@ -138,6 +138,22 @@ TEST(ManyTools, ReadAtOnceAreAsReadOneByOne) {
   EXPECT_TRUE(listed(at_once) == listed(one_by_one));
   EXPECT_EQ(calls.count, calls_one_by_one);
 
+  std::vector<std::string> paths;
+  for (int i = 0; i < kTools; ++i)
+    paths.push_back(scratch.Path("T" + std::to_string(1000 + i)) + ".ktf");
+  std::vector<tdbTool*> read;
+  std::vector<tdbError> reasons;
+  EXPECT_FALSE(tdbXmlReader::ReadTools(paths, {}, read, reasons, &components));
+  WatchedTools many(1);
+  for (std::size_t i = 0; i < read.size(); ++i) {
+    EXPECT_EQ(read[i] == nullptr, i % 50 == 49);
+    EXPECT_EQ(reasons[i].message.empty(), i % 50 != 49);
+    if (read[i] == nullptr) continue;
+    read[i]->Update();
+    EXPECT_TRUE(many.AddTool(read[i], false));
+  }
+  EXPECT_TRUE(listed(many) == listed(one_by_one));
+
   EXPECT_FALSE(imported.ImportFromXml((document + "</TOOLDB>").c_str(), {}));
   for (int i = 0; i < imported.GetToolCount(1); ++i) imported.GetTool(i, 1)->Update();
   EXPECT_TRUE(listed(imported) == listed(one_by_one));

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "tooldb/model/text.h"
 #include "tooldb/platform/file_system.h"
 #include "tooldb/platform/guard.h"
@@ -113,17 +111,12 @@ std::unique_ptr<LibraryItem> Library::Finished(FileReading& reading, tdbError& e
 }
 
 void Library::ReadEach(std::span<const std::string> names, const TakeRead& take) {
-  while (!names.empty()) {
-    const auto some = names.first(std::min(names.size(), kReadingsAhead));
-    names = names.subspan(some.size());
-    std::vector<std::unique_ptr<FileReading>> readings;
-    for (const std::string& name : some) readings.push_back(kind_.reading_of(PathOf(name)));
-    read_ahead<FileReading>(readings, Context());
-    for (std::size_t i = 0; i < some.size(); ++i) {
-      tdbError error;
-      take(some[i], Finished(*readings[i], error), error);
-    }
-  }
+  read_in_turn(
+      names.size(), Context(), [&](std::size_t i) { return kind_.reading_of(PathOf(names[i])); },
+      [&](std::size_t i, FileReading& reading) {
+        tdbError error;
+        take(names[i], Finished(reading, error), error);
+      });
 }
 
 ReadContext Library::Context() { return {files_.GetSearchPath(), finder_in(owner_.Components())}; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -7,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "geom/parallel.h"
 #include "tooldb/xml/entry_reader.h"
@@ -80,6 +82,20 @@ void read_ahead(std::span<const std::unique_ptr<Reading>> readings, const ReadCo
   parallel_for(readings.size(), kTogether, [&](std::size_t begin, std::size_t end) {
     for (std::size_t i = begin; i < end; ++i) readings[i]->Ahead(context);
   });
+}
+
+/// Reads files, some at a time brought ahead: `make(i)` gives the reading of each, which
+/// `take(i, reading)` finishes in its turn, on the caller's thread.
+template <class Make, class Take>
+void read_in_turn(std::size_t count, const ReadContext& context, Make&& make, Take&& take) {
+  std::vector<std::unique_ptr<FileReading>> readings;
+  for (std::size_t begin = 0; begin < count; begin += readings.size()) {
+    readings.clear();
+    const std::size_t end = std::min(count, begin + kReadingsAhead);
+    for (std::size_t i = begin; i < end; ++i) readings.push_back(make(i));
+    read_ahead<FileReading>(readings, context);
+    for (std::size_t i = begin; i < end; ++i) take(i, *readings[i - begin]);
+  }
 }
 
 }  // namespace tooldb

@@ -1,7 +1,9 @@
 #include "tooldb/xml_reader.h"
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "geom/number_text.h"
 #include "tooldb/platform/file_system.h"
@@ -53,6 +55,23 @@ Part* read_file(const char* path, const std::vector<std::string>& search_paths, 
                     ->Finish({search_paths, finder_in(components)});
     return static_cast<Part*>(part.release());
   });
+}
+
+// The tools of many files; null with the error filled where one could not be read.
+std::vector<std::unique_ptr<tdbTool>> read_files(const std::vector<std::string>& paths,
+                                                 const ReadContext& context,
+                                                 std::vector<tdbError>& errors) {
+  std::vector<std::unique_ptr<tdbTool>> tools(paths.size());
+  errors.resize(paths.size());
+  read_in_turn(
+      paths.size(), context, [&](std::size_t i) { return reading_of_file<tdbTool>(paths[i]); },
+      [&](std::size_t i, FileReading& reading) {
+        guarded(errors[i], false, [&] {
+          tools[i].reset(static_cast<tdbTool*>(reading.Finish(context).release()));
+          return true;
+        });
+      });
+  return tools;
 }
 
 template <class Part>
@@ -119,6 +138,22 @@ tdbToolComponent* tdbXmlReader::ReadToolComponent(const char* path,
                                                   const std::vector<std::string>& search_paths,
                                                   tdbError& err, tdbToolComponentsDB* components) {
   return tooldb::read_file<tdbToolComponent>(path, search_paths, err, components);
+}
+
+bool tdbXmlReader::ReadTools(const std::vector<std::string>& paths,
+                             const std::vector<std::string>& search_paths,
+                             std::vector<tdbTool*>& tools, std::vector<tdbError>& errors,
+                             tdbToolComponentsDB* components) {
+  tools.clear();
+  errors.clear();
+  return tooldb::guarded(false, [&] {
+    std::vector<tdbError> reasons;
+    auto read = tooldb::read_files(paths, {search_paths, tooldb::finder_in(components)}, reasons);
+    tools.reserve(read.size());
+    errors = std::move(reasons);
+    for (auto& tool : read) tools.push_back(tool.release());
+    return std::ranges::find(tools, nullptr) == tools.end();
+  });
 }
 
 tdbTool* tdbXmlReader::ImportToolFromXml(const char* xml_text,
