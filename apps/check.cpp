@@ -30,17 +30,15 @@ struct Counts {
   std::size_t components = 0;
 };
 
-void check_tool(ToolFolder& folder, const std::string& name, Findings& findings) {
-  const std::string path = folder.Path() + '/' + name;
-  tdbError error;
-  const auto tool = folder.ReadFile(name, error);
-  if (tool == nullptr) {
-    return findings.Add(rule::kUnreadable, path, line_in(error.message), error.message);
-  }
+void check_tool(tdbTool& tool, const std::string& path, Findings& findings) {
   const CheckedFile file(path);
-  const std::vector<Body> bodies = bodies_of(*tool, fine_tolerance(*tool));
-  check_contents(*tool, bodies, file, findings);
-  check_assembly(*tool, bodies, file, findings);
+  const std::vector<Body> bodies = bodies_of(tool, fine_tolerance(tool));
+  check_contents(tool, bodies, file, findings);
+  check_assembly(tool, bodies, file, findings);
+}
+
+void add_unreadable(const std::string& path, const tdbError& error, Findings& findings) {
+  findings.Add(rule::kUnreadable, path, line_in(error.message), error.message);
 }
 
 void check_component(ComponentFolder& folder, const std::string& name, Findings& findings) {
@@ -48,9 +46,7 @@ void check_component(ComponentFolder& folder, const std::string& name, Findings&
   tdbError error;
   const std::unique_ptr<tdbToolComponent> component(
       tdbXmlReader::ReadToolComponent(path.c_str(), {folder.Path()}, error, &folder.Database()));
-  if (component == nullptr) {
-    return findings.Add(rule::kUnreadable, path, line_in(error.message), error.message);
-  }
+  if (component == nullptr) return add_unreadable(path, error, findings);
   component->SetItemComponent(true);
   const std::vector<Body> bodies = bodies_of(*component, fine_tolerance(*component));
   check_contents(*component, bodies, CheckedFile(path), findings);
@@ -67,10 +63,15 @@ void check_folder(const Options& options, const std::string& path, Counts& count
   if (folder.Components() != nullptr) component_names = folder.Components()->FileNames();
   Progress progress(console, "checking", names.size() + component_names.size());
   check_file_names(folder.Path(), names, findings);
-  for (const auto& name : names) {
-    check_tool(folder, name, findings);
+  folder.ReadFiles(names, [&](const std::string& name, auto tool, const tdbError& error) {
+    const std::string file = folder.Path() + '/' + name;
+    if (tool == nullptr) {
+      add_unreadable(file, error, findings);
+    } else {
+      check_tool(*tool, file, findings);
+    }
     progress.Step();
-  }
+  });
   counts.tools += names.size();
   if (folder.Components() == nullptr) return;
   check_file_names(folder.Components()->Path(), component_names, findings);

@@ -1,5 +1,8 @@
 #include "apps/tool_folder.h"
 
+#include <algorithm>
+#include <new>
+
 #include "apps/command.h"
 #include "apps/console.h"
 #include "apps/display_text.h"
@@ -8,6 +11,18 @@
 #include "tooldb/xml_reader.h"
 
 namespace tooldb {
+namespace {
+
+/// A tool, or null, with its placements up to date.
+std::unique_ptr<tdbTool> fresh(std::unique_ptr<tdbTool> tool) {
+  if (tool == nullptr) return nullptr;
+  tool->SetModified(true);  // an unmodified item's placement would not be refreshed
+  tool->Update();
+  tool->SetModified(false);
+  return tool;
+}
+
+}  // namespace
 
 void add_folder_arguments(CLI::App& app, FolderOptions& options) {
   app.add_option("FOLDER", options.folder, "The library's folder")->required();
@@ -72,30 +87,36 @@ bool ToolFolder::HasFile(const std::string& code) const {
   return tdbFileUtil::file_exists(FilePath(code));
 }
 
-std::unique_ptr<tdbTool> ToolFolder::ReadFile(const std::string& name, tdbError& error) {
-  std::unique_ptr<tdbTool> tool(tdbXmlReader::ReadTool((path_ + '/' + name).c_str(), SearchPaths(),
-                                                       error, ComponentsDatabase()));
-  if (tool == nullptr) return nullptr;
-  tool->SetModified(true);  // an unmodified item's placement would not be refreshed
-  tool->Update();
-  tool->SetModified(false);
-  return tool;
+void ToolFolder::ReadFiles(const std::vector<std::string>& names, const TakeFile& take) {
+  constexpr std::size_t kAtOnce = 256;  // enough for many cores, few to hold
+  for (std::size_t begin = 0; begin < names.size(); begin += kAtOnce) {
+    const std::size_t end = std::min(names.size(), begin + kAtOnce);
+    std::vector<std::string> paths;
+    for (std::size_t i = begin; i < end; ++i) paths.push_back(path_ + '/' + names[i]);
+    std::vector<tdbTool*> read;
+    std::vector<tdbError> errors;
+    tdbXmlReader::ReadTools(paths, SearchPaths(), read, errors, ComponentsDatabase());
+    if (read.size() != paths.size()) throw std::bad_alloc();
+    std::vector<std::unique_ptr<tdbTool>> tools(read.begin(), read.end());
+    for (std::size_t i = begin; i < end; ++i) {
+      take(names[i], fresh(std::move(tools[i - begin])), errors[i - begin]);
+    }
+  }
 }
 
 std::vector<std::unique_ptr<tdbTool>> ToolFolder::ReadAll() {
   const std::vector<std::string> names = FileNames();
   std::vector<std::unique_ptr<tdbTool>> tools;
   Progress progress(console_, "reading", names.size());
-  for (const auto& name : names) {
-    tdbError error;
-    if (auto tool = ReadFile(name, error)) {
+  ReadFiles(names, [&](const std::string& name, auto tool, const tdbError& error) {
+    if (tool != nullptr) {
       tools.push_back(std::move(tool));
     } else {
       progress.Hide();
       console_.Error(file_message(path_ + '/' + name, error));
     }
     progress.Step();
-  }
+  });
   return tools;
 }
 
@@ -106,10 +127,12 @@ std::unique_ptr<tdbTool> ToolFolder::ReadTool(const std::string& code) {
     throw Failure("there is no tool '" + code + "' in " + path_ +
                   (meant.empty() ? "" : "; did you mean '" + meant + "'?"));
   }
+  const std::string path = FilePath(code);
   tdbError error;
-  auto tool = ReadFile(tdbUtil::encoding_code(code) + kToolExtension, error);
-  if (tool == nullptr) throw Failure(file_message(FilePath(code), error));
-  return tool;
+  std::unique_ptr<tdbTool> tool(
+      tdbXmlReader::ReadTool(path.c_str(), SearchPaths(), error, ComponentsDatabase()));
+  if (tool == nullptr) throw Failure(file_message(path, error));
+  return fresh(std::move(tool));
 }
 
 ToolToEdit ToolFolder::ReadToEdit(const std::string& code) {

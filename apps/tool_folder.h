@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/App.hpp>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -60,8 +61,11 @@ class ToolFolder {
   std::string FilePath(const std::string& code) const;
   bool HasFile(const std::string& code) const;
 
-  /// Reads a tool file with its placements up to date; null with `error` filled on failure.
-  std::unique_ptr<tdbTool> ReadFile(const std::string& name, tdbError& error);
+  /// Takes what was read of a file: a tool with its placements up to date, or null and the error.
+  using TakeFile = std::function<void(const std::string& name, std::unique_ptr<tdbTool> tool,
+                                      const tdbError& error)>;
+  /// Reads tool files, many at once, and has each taken in its turn.
+  void ReadFiles(const std::vector<std::string>& names, const TakeFile& take);
   /// Reads every tool file; one that cannot be read is reported and left out.
   std::vector<std::unique_ptr<tdbTool>> ReadAll();
   /// Reads the tool of a code; raises `Failure`, with the nearest code if there is one.
