@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tbb/blocked_range.h>
+#include <tbb/global_control.h>
 #include <tbb/parallel_for.h>
 #include <tbb/parallel_invoke.h>
 
@@ -16,6 +17,14 @@
 
 namespace tooldb {
 
+/// Keeps the threads as long as the process lives. They would end whenever the last thread does
+/// that has called a loop; on Windows the two could wait for one another, one holding the lock of
+/// the loader and one that of the thread library.
+inline void keep_threads() {
+  [[maybe_unused]] static const auto* const kept =
+      new tbb::task_scheduler_handle(tbb::attach{});  // given back to nobody
+}
+
 /// Calls `body(begin, end)` for pieces of [0, count) of at most `grain` indices, in no order; on
 /// the caller's thread alone when there is only one piece.
 template <class Body>
@@ -25,6 +34,7 @@ void parallel_for(std::size_t count, std::size_t grain, const Body& body) {
     body(std::size_t{0}, count);
     return;
   }
+  keep_threads();
   const TaskOrder::Call call;
   tbb::parallel_for(std::size_t{0}, (count + grain - 1) / grain, [&](std::size_t piece) {
     const TaskOrder::Piece order;
@@ -47,6 +57,7 @@ struct Reduction {
     const std::size_t middle = begin + (end - begin) / 2;
     Result left;
     Result right;
+    keep_threads();
     {
       const TaskOrder::Call call;
       tbb::parallel_invoke(
