@@ -21,7 +21,7 @@ namespace tooldb {
 /// that has called a loop; on Windows the two could wait for one another, one holding the lock of
 /// the loader and one that of the thread library.
 inline void keep_threads() {
-  [[maybe_unused]] static const auto* const kept =
+  [[maybe_unused]] static const auto* const kKept =
       new tbb::task_scheduler_handle(tbb::attach{});  // given back to nobody
 }
 
