@@ -13,15 +13,13 @@
 
 namespace {
 
-enum Seen { kSeen, kNotSeen };
-enum Asks { kAsksNothing, kAsksToVerify };
+enum Effect { kSeen, kNotSeen, kAsksToVerify };
 
 template <class Thing>
 struct Change {
   const char* name;
   void (*apply)(Thing& thing);
-  Seen seen = kSeen;
-  Asks asks = kAsksNothing;
+  Effect effect = kSeen;
 };
 
 template <class Thing>
@@ -31,8 +29,8 @@ void expect_seen(const Thing& original,
     SCOPED_TRACE(change.name);
     Thing changed(original);
     change.apply(changed);
-    EXPECT_EQ(changed == original, change.seen == kNotSeen);
-    EXPECT_EQ(changed != original, change.seen == kSeen);
+    EXPECT_EQ(changed == original, change.effect == kNotSeen);
+    EXPECT_EQ(changed != original, change.effect != kNotSeen);
     const bool equals_itself = changed == changed;  // not where a number is none
     Thing assigned(original);
     assigned = changed;
@@ -41,7 +39,7 @@ void expect_seen(const Thing& original,
     const std::unique_ptr<std::remove_pointer_t<decltype(changed.Clone())>> clone(changed.Clone());
     EXPECT_EQ(dynamic_cast<Thing&>(*clone) == changed, equals_itself);
     if constexpr (requires { changed.RequiresCutConditionVerify(); }) {
-      EXPECT_EQ(changed.RequiresCutConditionVerify(), change.asks == kAsksToVerify);
+      EXPECT_EQ(changed.RequiresCutConditionVerify(), change.effect == kAsksToVerify);
     }
   }
 }
@@ -119,14 +117,13 @@ TEST(Equality, OfTools) { expect_seen<tdbTool>(tdbTool("T1"), kToolChanges); }
 
 template <class Conditions>
 const Change<Conditions> kSharedChanges[] = {
-    {"Feed", [](auto& c) { c.GetVerifyFeed().enabled = true; }, kSeen, kAsksToVerify},
+    {"Feed", [](auto& c) { c.GetVerifyFeed().enabled = true; }, kAsksToVerify},
     {"FeedMinimum", [](auto& c) { c.GetVerifyFeed().minimum = 1; }},
-    {"Spindle", [](auto& c) { c.GetVerifySpindle().enabled = true; }, kSeen, kAsksToVerify},
-    {"DepthOfCut", [](auto& c) { c.SetVerifyAp(true); }, kSeen, kAsksToVerify},
-    {"VolumeRate", [](auto& c) { c.GetVerifyVolumeRate().enabled = true; }, kSeen, kAsksToVerify},
-    {"ChipThickness", [](auto& c) { c.GetVerifyChipThickness().enabled = true; }, kSeen,
-     kAsksToVerify},
-    {"Power", [](auto& c) { c.GetVerifyPower().enabled = true; }, kSeen, kAsksToVerify},
+    {"Spindle", [](auto& c) { c.GetVerifySpindle().enabled = true; }, kAsksToVerify},
+    {"DepthOfCut", [](auto& c) { c.SetVerifyAp(true); }, kAsksToVerify},
+    {"VolumeRate", [](auto& c) { c.GetVerifyVolumeRate().enabled = true; }, kAsksToVerify},
+    {"ChipThickness", [](auto& c) { c.GetVerifyChipThickness().enabled = true; }, kAsksToVerify},
+    {"Power", [](auto& c) { c.GetVerifyPower().enabled = true; }, kAsksToVerify},
     {"PowerAverage", [](auto& c) { c.GetVerifyPower().average = 1; }},
     {"Optimal", [](auto& c) { c.GetOptimVolumeRate().optimal = 1; }},
     {"AirCut", [](auto& c) { c.SetAirCutFeed(1); }},
@@ -143,7 +140,7 @@ const Change<Conditions> kSharedChanges[] = {
 };
 
 const Change<tdbCutCond> kMillingChanges[] = {
-    {"Torque", [](auto& c) { c.GetVerifyTorque().enabled = true; }, kSeen, kAsksToVerify},
+    {"Torque", [](auto& c) { c.GetVerifyTorque().enabled = true; }, kAsksToVerify},
     {"PenetrationAloneDoesNotCount", [](auto& c) { c.SetVerifyPenetrationAngle(true); }},
     {"MaxPenetration", [](auto& c) { c.SetMaxPenetrationAngle(1); }},
     {"OptimTorque", [](auto& c) { c.GetOptimTorque().limited = true; }},
@@ -157,10 +154,9 @@ const Change<tdbCutCond> kMillingChanges[] = {
 };
 
 const Change<tdbTurningCutCond> kTurningChanges[] = {
-    {"ChipSection", [](auto& c) { c.GetVerifyChipSection().enabled = true; }, kSeen, kAsksToVerify},
-    {"ChipWidth", [](auto& c) { c.GetVerifyChipWidth().enabled = true; }, kSeen, kAsksToVerify},
-    {"Roughness", [](auto& c) { c.GetVerifyRoughnessDepth().enabled = true; }, kSeen,
-     kAsksToVerify},
+    {"ChipSection", [](auto& c) { c.GetVerifyChipSection().enabled = true; }, kAsksToVerify},
+    {"ChipWidth", [](auto& c) { c.GetVerifyChipWidth().enabled = true; }, kAsksToVerify},
+    {"Roughness", [](auto& c) { c.GetVerifyRoughnessDepth().enabled = true; }, kAsksToVerify},
     {"OptimSection", [](auto& c) { c.GetOptimChipSection().optimized = true; }},
     {"OptimWidth", [](auto& c) { c.GetOptimChipWidth().optimized = true; }},
     {"OptimRoughness", [](auto& c) { c.GetOptimRoughnessDepth().maximum = 1; }},

@@ -26,37 +26,22 @@ void set_text(tdbToolComponent& component, const std::string& text) {
   component.GetItem(0)->SetName(text);
 }
 
-struct ToolCalls {
-  using Database = WatchedTools;
-  using Item = tdbTool;
-  static auto Make(const std::string& code, const std::string& text) {
-    return make_tool(code, text);
-  }
-  static constexpr std::string_view kExtension = ".ktf";
-  static int Count(Database& db, int source) { return db.GetToolCount(source); }
-  static Item* At(Database& db, int i, int source) { return db.GetTool(i, source); }
-  static Item* Find(Database& db, const std::string& code, int source) {
-    return db.GetToolByCode(code, source);
-  }
-  static void Clear(Database& db, bool files, int source) { db.RemoveAllTools(files, source); }
-};
-
-struct ComponentCalls {
-  using Database = WatchedComponents;
-  using Item = tdbToolComponent;
-  static auto Make(const std::string& code, const std::string& text) {
-    return make_component(code, text);
-  }
-  static constexpr std::string_view kExtension = ".ktcf";
-  static int Count(Database& db, int source) { return db.GetCount(source); }
-  static Item* At(Database& db, int i, int source) { return db.GetToolComponent(i, source); }
-  static Item* Find(Database& db, const std::string& code, int source) {
-    return db.GetToolComponentByCode(code, source);
-  }
-  static void Clear(Database& db, bool files, int source) {
-    db.RemoveAllToolComponents(files, source);
-  }
-};
+int count(tdbToolDB& db, int source) { return db.GetToolCount(source); }
+int count(tdbToolComponentsDB& db, int source) { return db.GetCount(source); }
+tdbTool* item_at(tdbToolDB& db, int i, int source) { return db.GetTool(i, source); }
+tdbToolComponent* item_at(tdbToolComponentsDB& db, int i, int source) {
+  return db.GetToolComponent(i, source);
+}
+tdbTool* find(tdbToolDB& db, const std::string& code, int source) {
+  return db.GetToolByCode(code, source);
+}
+tdbToolComponent* find(tdbToolComponentsDB& db, const std::string& code, int source) {
+  return db.GetToolComponentByCode(code, source);
+}
+void clear(tdbToolDB& db, bool files, int source) { db.RemoveAllTools(files, source); }
+void clear(tdbToolComponentsDB& db, bool files, int source) {
+  db.RemoveAllToolComponents(files, source);
+}
 
 /// For what has no answer.
 bool done(const std::function<void()>& call) {
@@ -85,13 +70,16 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
   return at == std::string::npos ? text : text.replace(at, from.size(), to);
 }
 
-template <class Calls>
+template <class Database, auto kMake>
 class Session {
-  using Item = typename Calls::Item;
+  using Owned = decltype(kMake("", ""));
+  using Item = typename Owned::element_type;
+  static constexpr bool kHasTools = std::is_same_v<Item, tdbTool>;
+  static constexpr std::string_view kExtension = kHasTools ? ".ktf" : ".ktcf";
 
  public:
   Session() {
-    if constexpr (std::is_same_v<Item, tdbTool>) db_.LinkToolComponents(&components_);
+    if constexpr (kHasTools) db_.LinkToolComponents(&components_);
   }
 
   /// What a step is answered, a line each, indented.
@@ -107,13 +95,12 @@ class Session {
     std::istringstream lines(db_.Told(scratch_) + told_);
     std::string answer;
     for (std::string line; std::getline(lines, line);) {
-      answer += "  " + replaced(line, Calls::kExtension, ".ktf") + '\n';
+      answer += "  " + replaced(line, kExtension, ".ktf") + '\n';
     }
     return answer;
   }
 
  private:
-  using Owned = std::unique_ptr<Item>;
   using Verb = bool (*)(Session& s, const Step& w);
 
   static const std::map<std::string, Verb>& Verbs() {
@@ -136,23 +123,19 @@ class Session {
           {"import-nothing", [](auto& s, auto&) { return s.db_.ImportFromFile(nullptr, {}); }},
           {"write-export", [](auto& s, auto& w) { return s.WriteExport(w[1]); }},
           {"export", [](auto& s, auto& w) { return s.db_.Export(s.Path(w[1]), w[2], w.From(3)); }},
-          {"add", [](auto& s, auto& w) { return s.Add(Calls::Make(w[1], w[2]), true); }},
-          {"add-new", [](auto& s, auto& w) { return s.Add(Calls::Make(w[1], w[2]), false); }},
+          {"add", [](auto& s, auto& w) { return s.Add(kMake(w[1], w[2]), true); }},
+          {"add-new", [](auto& s, auto& w) { return s.Add(kMake(w[1], w[2]), false); }},
           {"add-again", [](auto& s, auto& w) { return s.db_.AddTool(&s.Listed(w[1]), true); }},
           {"add-nothing", [](auto& s, auto&) { return s.db_.AddTool(nullptr, true); }},
           {"update", [](auto& s, auto& w) { return s.db_.UpdateTool(&s.Listed(w[1])); }},
           {"remove", [](auto& s, auto& w) { return s.Remove(s.Listed(w[1])); }},
-          {"forget-all",
-           [](auto& s, auto&) { return done([&] { Calls::Clear(s.db_, false, 1); }); }},
-          {"remove-all",
-           [](auto& s, auto&) { return done([&] { Calls::Clear(s.db_, true, 1); }); }},
-          {"remove-files",
-           [](auto& s, auto&) { return done([&] { Calls::Clear(s.db_, true, 2); }); }},
+          {"forget-all", [](auto& s, auto&) { return done([&] { clear(s.db_, false, 1); }); }},
+          {"remove-all", [](auto& s, auto&) { return done([&] { clear(s.db_, true, 1); }); }},
+          {"remove-files", [](auto& s, auto&) { return done([&] { clear(s.db_, true, 2); }); }},
           {"change",
            [](auto& s, auto& w) { return done([&] { set_text(s.Listed(w[1]), w[2]); }); }},
           {"is-stored", [](auto& s, auto& w) { return s.db_.IsToolCodeExists(w[1]); }},
-          {"is-readable",
-           [](auto& s, auto& w) { return Owned(Calls::Find(s.db_, w[1], 2)) != nullptr; }},
+          {"is-readable", [](auto& s, auto& w) { return Owned(find(s.db_, w[1], 2)) != nullptr; }},
           {"sort",
            [](auto& s, auto& w) {
              return done([&] { s.db_.Sort(std::stoi(w[1]), w[2].empty()); });
@@ -166,7 +149,7 @@ class Session {
           {"delete",
            [](auto& s, auto& w) { return std::filesystem::remove_all(s.Path(w[1])) > 0; }},
       };
-      if constexpr (std::is_same_v<Item, tdbTool>) {
+      if constexpr (kHasTools) {
         verbs.insert({
             {"rename", [](auto& s, auto& w) { return s.Rename(w[1], w[2]); }},
             {"clone", [](auto& s, auto& w) { return s.Clone(w[1]); }},
@@ -197,11 +180,11 @@ class Session {
   }
 
   std::string Path(const std::string& name) const {
-    return scratch_.Path(replaced(name, ".ktf", Calls::kExtension));
+    return scratch_.Path(replaced(name, ".ktf", kExtension));
   }
 
   Item& Listed(const std::string& code) {
-    Item* const item = Calls::Find(db_, code, 1);
+    Item* const item = find(db_, code, 1);
     if (item == nullptr) throw std::runtime_error(code + " is not listed");
     return *item;
   }
@@ -214,7 +197,7 @@ class Session {
     db_.SetBeforeDeleteCallback(
         [](void* user, tdbToolComponent* component) {
           auto& s = *static_cast<Session*>(user);
-          const bool listed = Calls::Find(s.db_, component->GetCode(), 1) == component;
+          const bool listed = find(s.db_, component->GetCode(), 1) == component;
           s.told_ += "removes " + component->GetCode() + (listed ? "\n" : " too late\n");
         },
         this);
@@ -306,12 +289,12 @@ class Session {
   bool Tell(int source) {
     std::vector<Item> items;
     db_.GetTools(items, source);
-    const int count = static_cast<int>(items.size());
-    EXPECT_EQ(Calls::Count(db_, source), count);
-    for (int i = -1; i <= count; ++i) {
-      Item* const item = Calls::At(db_, i, source);
+    const int size = static_cast<int>(items.size());
+    EXPECT_EQ(count(db_, source), size);
+    for (int i = -1; i <= size; ++i) {
+      Item* const item = item_at(db_, i, source);
       const Owned stored(source == 2 ? item : nullptr);
-      EXPECT_EQ(item != nullptr, 0 <= i && i < count);
+      EXPECT_EQ(item != nullptr, 0 <= i && i < size);
       if (item == nullptr) continue;
       EXPECT_EQ(*item, items[static_cast<std::size_t>(i)]);
       told_ += item->GetCode() + '=' + text_of(*item) + '\n';
@@ -339,7 +322,7 @@ class Session {
 
   ScratchFolder scratch_;
   WatchedComponents components_{1};
-  typename Calls::Database db_;
+  Database db_;
   bool hears_log_ = false;
   std::string told_;
 };
@@ -379,8 +362,8 @@ TEST_P(Databases, AnswerAsWritten) {
     }
     EXPECT_EQ(answers, GetParam().transcript) << kind;
   };
-  expect_answers(Session<ToolCalls>(), "tools");
-  expect_answers(Session<ComponentCalls>(), "components");
+  expect_answers(Session<WatchedTools, make_tool>(), "tools");
+  expect_answers(Session<WatchedComponents, make_component>(), "components");
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenarios, Databases, testing::ValuesIn(scenarios()), row_name<Scenario>);
