@@ -4,6 +4,7 @@
 
 #include "tests/filters/import_reports.h"
 #include "tests/geom/row_name.h"
+#include "tests/repeated.h"
 
 namespace tooldb {
 namespace {
@@ -105,12 +106,6 @@ TEST_P(HostileInput, EveryFieldMayBeMissingOrOfAnyKind) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, HostileInput, testing::ValuesIn(kSeeds), row_name<Seed>);
-
-std::string repeated(std::string_view text, int count) {
-  std::string all;
-  for (int i = 0; i < count; ++i) all += text;
-  return all;
-}
 
 struct RefusedCase {
   std::string file_name, text, problem;

@@ -4,6 +4,7 @@
 
 #include "tests/geom/row_name.h"
 #include "tests/golden.h"
+#include "tests/repeated.h"
 #include "tests/xml/xml_fixture.h"
 #include "tooldb/platform/file_system.h"
 #include "tooldb/xml/text_encoding.h"
@@ -11,13 +12,6 @@
 
 namespace tooldb {
 namespace {
-
-std::string repeated(std::string_view text, int count) {
-  std::string result;
-  result.reserve(text.size() * static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) result += text;
-  return result;
-}
 
 std::string numbered_attributes(int count) {
   std::string text;
