@@ -12,8 +12,9 @@ namespace tooldb {
 namespace {
 
 constexpr char kContour[] =
-    "<LINE><START>0 0</START><END>5 0</END></LINE><ARC DIR=\"CW\" ><START>5 0</START><END>0 5</END>"
-    "<CENTER>0 0</CENTER></ARC>";
+    " <LINE><START>0 0</START><END>5 0</END></LINE><ARC DIR=\"CW\" ><START>5 0</START><END>0 "
+    "5</END>"
+    "<CENTER>0 0</CENTER></ARC>\n";
 
 // Numbers that tax the formats, one after the other.
 double number_of(int i) {
@@ -34,8 +35,8 @@ std::unique_ptr<Part> part(int i, int type, const std::string& name) {
   p->SetParam("HEIGHT", std::to_string(i).c_str());
   p->SetParam("EMPTY", "");
   p->SetProfileXml(kContour);
-  p->SetShapeFilePath(i % 2 != 0 ? "/lib/shapes/sub/a b.stl" : "C:\\elsewhere\\b.stl");
-  p->SetFileOptions("tolerance 0.1");
+  p->SetShapeFilePath(i % 2 != 0 ? " /lib/shapes/sub/a b.stl " : "C:\\elsewhere\\b.stl");
+  p->SetFileOptions(" tolerance 0.1 ");
   p->SetFileUnits(i % 2);
   p->SetMaterial({0.1F * static_cast<float>(i), 1, 0, 0.5F, "map " + name + ".jpg"});
   p->SetInterferenceSettings({i % 3 == 0, i % 2, number_of(i)});
@@ -55,6 +56,10 @@ std::string every_type() {
   tdbTool tool("T", "One of each");
   int i = 0;
   for (const TypeName& type : types) hang<Part>(tool, i++, type.code, std::string(type.name));
+  for (const int type : {-1, 2, 3, 5, 15, 99}) {
+    hang<Part>(tool, i++, type, "without a profile")->SetProfileXml(" ");
+    hang<Part>(tool, i++, type, "without a model file")->SetShapeFilePath(" ");
+  }
   return xml_of(tool, kGoldenPaths);
 }
 
@@ -73,16 +78,32 @@ std::string every_cutting_tool() {
 std::string tools() {
   std::string text;
   append_document_header(text, 7);
-  for (const int type : {0, 3, 8}) {
+  int i = 0;
+  for (const int type : {0, 3, 4, 8, 9}) {
+    const bool odd = ++i % 2 != 0;
     tdbTool tool("T", type);
     tool.SetName("type " + std::to_string(type));
+    tool.SetFlags(1);  // temporary, which is not written
     tool.SetSubType(type);
-    tool.SetUnitOfMeasurement(type % 2);
-    tool.SetOffset(number_of(type), number_of(type + 1), number_of(type + 2));
-    tool.SetToolModelTolerance(number_of(type + 3));
+    tool.SetUnitOfMeasurement(i % 3);
+    tool.SetOffset(number_of(i), number_of(i + 1), number_of(i + 2));
+    tool.SetDiameter(number_of(i + 3));
+    tool.SetToolModelTolerance(number_of(i + 4));
     tool.SetTraceColor(type);
-    tool.SetPos(join_zyx({0, 90, type * 10.0}, {1, 2, 3}));
+    tool.SetAutoColor(odd);
+    tool.SetAutoTcp(odd);
+    tool.EnableSection(odd);
+    tool.SetSectionStartAngle(12.5);
+    tool.SetSectionSpanAngle(0.1);
+    tool.SetCutterExtensionEnabled(odd);
+    tool.SetCutterExtensionValue(0.3);
+    tool.SetCutterExtensionStep(0.25);
+    tool.SetCutterExtensionMax(2);
+    tool.SetPos(join_zyx({0, 90, i * 10.0}, {1, 2, 3}));
+    tool.SetParam("Z", "of the item");
+    for (const char* value : {"of the item", "of the list", ""}) tool.AddParam("Z", value);
     tool.AddOffsetParam({type, number_of(2), number_of(5), number_of(8), -0.5, -2, true});
+    tool.AddOffsetParam({8});
     tool.WriteXml(text, kGoldenPaths);
   }
   append_document_footer(text);
@@ -105,14 +126,14 @@ std::string texts() {
 // Names that come twice, parts below members of a used component, an angle head that vanishes.
 std::string assembly() {
   tdbTool tool("T", "Assembly");
-  auto* link = hang<tdbFixedLink>(tool, 1, 0, "same");
+  auto* link = hang<tdbFixedLink>(tool, 1, 7, "same");
   auto* holder = hang<tdbToolHolder>(*link, 2, 1, "same");
   auto* cutting = hang<tdbCuttingTool>(*holder, 3, 4, "cutting");
   hang<tdbToolCutter>(*cutting, 4, 3, "same");
   hang<tdbToolShank>(*cutting, 5, 1, "same");
   hang<tdbToolHolder>(*link, 6, 0, "back on the first");
-  auto* use = new tdbToolComponent(0, "used", "K-1");
-  holder->AddItem(use);
+  auto* use = hang<tdbToolComponent>(*holder, 10, 0, "used");
+  use->SetCode("K-1");
   use->SetVersion(3);
   use->AddItem(golden_component("K-1")->GetItem(0)->Clone());
   auto* member = dynamic_cast<tdbCompositeItem*>(use->GetItem(0));
@@ -131,6 +152,7 @@ std::unique_ptr<tdbToolComponent> definition(const std::string& name) {
   hang<tdbToolCutter>(*cutting, 3, 4, "point");
   hang<tdbFixedLink>(*inner, 4, 0, "end");
   component->Visit([](void*, tdbItem* item) { item->SetItemComponent(true); }, nullptr);
+  hang<tdbToolHolder>(*component, 5, 0, "no member");
   return component;
 }
 
