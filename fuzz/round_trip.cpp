@@ -10,27 +10,8 @@
 namespace fuzz {
 namespace {
 
-// True for bytes that are no UTF-8 character: the file is read back as Latin-1.
-bool has_half_character(std::string_view text) {
-  while (!text.empty()) {
-    const auto lead = static_cast<unsigned char>(text[0]);
-    const std::size_t length = lead < 0x80   ? 1
-                               : lead < 0xC0 ? 0
-                               : lead < 0xE0 ? 2
-                               : lead < 0xF0 ? 3
-                                             : 4;
-    if (length == 0 || length > text.size()) return true;
-    const auto tail = text.substr(1, length - 1);
-    if (!std::ranges::all_of(tail, [](char c) { return (c & 0xC0) == 0x80; })) return true;
-    text.remove_prefix(length);
-  }
-  return false;
-}
-
-// What a file cannot hold. Behind a reference the parser puts a stray byte in the place of a lone
-// "&", which can be half a character.
 bool has_markup(std::string_view text) {
-  return text.find_first_of("<&\"") != std::string_view::npos || has_half_character(text);
+  return text.find_first_of("<&\"") != std::string_view::npos;
 }
 
 // Parameters of anything but a tool are elements of their name.

@@ -127,6 +127,17 @@ TEST(ItemReader, FindsThePlaceInEveryLayout) {
   }
 }
 
+// Nothing writes them, but files that people edit hold them.
+TEST(ItemReader, LoneAmpersandsStay) {
+  const auto tool = tool_from(
+      "<TOOL CODE='<![CDATA[' NAME='&#65;\xC3\xA9&lt;&amp;b & c &' VER='13'><DESCR>a\r\nb & c "
+      "&amp; d &lt</DESCR>"
+      "<COMMENT>e &<!-- & <![CDATA[ --><![CDATA[& &amp;]]>&gt;&</COMMENT></TOOL>");
+  EXPECT_EQ(tool->GetName(), "A\xC3\xA9<&b & c &");
+  EXPECT_STREQ(tool->GetDescr(), "a\nb & c & d &lt");
+  EXPECT_STREQ(tool->GetComment(), "e && &amp;>&");
+}
+
 TEST(ItemReader, ReadsTypesThatAreNotWritten) {
   const auto type_of = [](const std::string& part) {
     return tool_from(tool_with(part))->GetItem(0)->GetType();

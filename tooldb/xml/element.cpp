@@ -1,5 +1,7 @@
 #include "tooldb/xml/element.h"
 
+#include <algorithm>
+
 #include "geom/number_text.h"
 #include "tooldb/model/text.h"
 #include "tooldb/platform/error_codes.h"
@@ -14,6 +16,49 @@ std::string line_text(int line) {
   return text + ": ";
 }
 
+bool begins_reference(std::string_view text) {
+  constexpr std::string_view kReferences[] = {"&#", "&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
+  return std::ranges::any_of(kReferences,
+                             [&](std::string_view each) { return text.starts_with(each); });
+}
+
+// Where the next "&" stands that begins no reference; npos when there is none.
+std::size_t find_lone_ampersand(std::string_view text) {
+  std::size_t at = text.find('&');
+  while (at != std::string_view::npos && begins_reference(text.substr(at))) {
+    at = text.find('&', at + 1);
+  }
+  return at;
+}
+
+void append_referenced(std::string_view text, std::string& out) {
+  for (std::size_t at; (at = find_lone_ampersand(text)) != std::string_view::npos;) {
+    out.append(text.substr(0, at)).append("&amp;");
+    text.remove_prefix(at + 1);
+  }
+  out += text;
+}
+
+// The text with a reference for each lone "&". Files hold such, and the parser takes some other
+// byte for one that stands behind a reference or a carriage return.
+std::string without_lone_ampersands(std::string_view text) {
+  std::string sound;
+  sound.reserve(text.size() + text.size() / 8);
+  MarkupScanner scanner(text);
+  for (std::size_t done = 0; done < text.size();) {
+    const Tag tag = scanner.NextSound();
+    while (done < tag.begin) {  // between the tags
+      const std::size_t special = std::min(text.find('<', done), tag.begin);
+      append_referenced(text.substr(done, special - done), sound);
+      done = special == tag.begin ? special : after_special(text, special);
+      sound += text.substr(special, done - special);
+    }
+    append_referenced(text.substr(done, tag.end - done), sound);
+    done = tag.end;
+  }
+  return sound;
+}
+
 // The next element in the order of the start tags; null behind the last.
 Element* following(Element* element) {
   if (Element* child = element->FirstChildElement()) return child;
@@ -26,7 +71,12 @@ Element* following(Element* element) {
 }  // namespace
 
 ParsedEntry::ParsedEntry(Entry& entry) : first_line_(entry.line) {
-  document_.Parse(entry.text.data(), entry.text.size());
+  std::string sound;
+  if (find_lone_ampersand(entry.text) != std::string_view::npos) {
+    sound = without_lone_ampersands(entry.text);
+  }
+  const std::string_view text = sound.empty() ? entry.text : sound;
+  document_.Parse(text.data(), text.size());
   if (document_.Error() || document_.RootElement() == nullptr) {
     throw tdbError(kGeneralError, line_text(first_line_ + document_.ErrorLineNum() - 1) +
                                       "the XML cannot be parsed (" + document_.ErrorName() +

@@ -68,6 +68,13 @@ bool is_name(std::string_view spelt, std::string_view upper_name) {
   return std::ranges::equal(spelt, upper_name, [](char a, char b) { return upper(a) == b; });
 }
 
+std::size_t after_special(std::string_view text, std::size_t begin) {
+  const Special* const special = special_at(text.substr(begin));
+  if (special == nullptr) return begin + 1;
+  const auto close = text.find(special->close, begin + special->open.size());
+  return close == kNone ? kNone : close + special->close.size();
+}
+
 ScannedTag MarkupScanner::Next() {
   const Reading reading = ReadNext(offset_);
   if (reading.fault != Fault::kNone) return Explained(reading);
@@ -89,7 +96,7 @@ MarkupScanner::Reading MarkupScanner::ReadNext(std::size_t at) const {
     at = text_.find('<', at);
     if (at == kNone) return {{Tag::Kind::kEndOfText, {}, text_.size(), text_.size()}, Fault::kNone};
     if (!Is(at + 1, '!') && !Is(at + 1, '?')) return ReadTag(at);
-    const std::size_t next = AfterSpecial(at);
+    const std::size_t next = after_special(text_, at);
     if (next == kNone) return {{Tag::Kind::kEndOfText, {}, at, at}, Fault::kSpecial};
     at = next;
   }
@@ -119,13 +126,6 @@ MarkupError MarkupScanner::Explained(const Reading& reading) const {
       break;
   }
   return error("the tag " + shown_tag(tag.name) + " is not closed");
-}
-
-std::size_t MarkupScanner::AfterSpecial(std::size_t begin) const {
-  const Special* const special = special_at(text_.substr(begin));
-  if (special == nullptr) return begin + 1;
-  const auto close = text_.find(special->close, begin + special->open.size());
-  return close == kNone ? kNone : close + special->close.size();
 }
 
 MarkupScanner::Reading MarkupScanner::ReadTag(std::size_t begin) const {

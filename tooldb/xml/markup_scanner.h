@@ -23,6 +23,10 @@ std::string shown_tag(std::string_view name);
 /// True when a name, however spelt, is `upper_name`.
 bool is_name(std::string_view spelt, std::string_view upper_name);
 
+/// The offset behind the comment, CDATA section, processing instruction or declaration that begins
+/// at `begin`; npos when it is not closed.
+std::size_t after_special(std::string_view text, std::size_t begin);
+
 struct Tag {
   enum class Kind { kStart, kEmpty, kEnd, kEndOfText };
   Kind kind = Kind::kEndOfText;
@@ -71,8 +75,6 @@ class MarkupScanner {
   Reading ReadStartTag(Tag tag, std::size_t at) const;
   MarkupError Explained(const Reading& reading) const;
   std::size_t AfterAttribute(std::size_t at) const;
-  // npos when it is not closed.
-  std::size_t AfterSpecial(std::size_t begin) const;
   std::size_t AfterName(std::size_t at) const;
   std::size_t AfterBlanks(std::size_t at) const;
   bool Is(std::size_t at, char c) const { return at < text_.size() && text_[at] == c; }
