@@ -98,13 +98,25 @@ std::string parameter_name(const tdbItem& item, const std::string& name) {
   return !as_typed && item.GetParam(upper.c_str(), nullptr) != nullptr ? upper : name;
 }
 
+// Any name may be new, so that a mistyped key is not refused, but told.
+std::string add_parameter(tdbItem& item, const std::string& name, const std::string& value) {
+  const auto known = item.GetParams();
+  std::string upper = name;
+  tdbUtil::to_upper(upper);
+  std::string meant(nearest(name, kItemKeys, &ItemKey::name));
+  if (meant.empty()) meant = nearest(upper, known, &decltype(known)::value_type::first);
+  item.SetParam(name.c_str(), value.c_str());
+  return "(new) -> " + value + (meant.empty() ? "" : "; did you mean '" + meant + "'?");
+}
+
 std::string set_parameter(tdbItem& item, const std::string& typed, const std::string& value) {
   const std::string name = parameter_name(item, typed);
   const std::string problem = parameter_name_problem(name);
   if (!problem.empty()) throw UsageError("'" + name + "' cannot be a parameter: " + problem);
   const char* present = item.GetParam(name.c_str(), nullptr);
-  const std::string old = present == nullptr ? "(new)" : present;
-  if (present != nullptr && parsed_number(old) && !parsed_number(value)) {
+  if (present == nullptr) return add_parameter(item, name, value);
+  const std::string old = present;
+  if (parsed_number(old) && !parsed_number(value)) {
     refuse(value, "no number, but " + name + " is one (write a point as decimal mark)");
   }
   item.SetParam(name.c_str(), value.c_str());
