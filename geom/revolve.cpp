@@ -19,7 +19,6 @@ constexpr double kBelowAxis = -1e-6;
 constexpr double kOnAxis = 1e-9;
 constexpr double kFinest = 1e-6;  // of the largest radius
 constexpr int kFewestFacets = 12;
-constexpr int kMostFacets = 7200;
 constexpr std::size_t kSegmentsPerTask = 4;
 
 // Columns of corners round the axis, and the directions halfway between them.
@@ -175,7 +174,7 @@ int ring_count(double largest_radius, double chord_tolerance) {
   const double relative = std::max(chord_tolerance / largest_radius, kFinest);
   const double half_step = 2 * std::asin(std::sqrt(relative / 2));
   const double quarters = std::ceil(std::numbers::pi / half_step / 4 - 1e-9);
-  return std::min(kMostFacets, std::max(kFewestFacets, 4 * static_cast<int>(quarters)));
+  return std::max(kFewestFacets, 4 * static_cast<int>(quarters));
 }
 
 bool revolve(std::span<const Vec2> outline, const Revolution& how, std::vector<Facet>& mesh) {

@@ -19,7 +19,7 @@ struct Revolution {
 };
 
 /// Number of facets round a full circle: the fewest that keep to the tolerance, a multiple of 4,
-/// from 12 to 7200.
+/// from 12 to 2224.
 int ring_count(double largest_radius, double chord_tolerance);
 
 /// Appends the body that `outline` makes when it turns about the Z axis: x is the distance from
