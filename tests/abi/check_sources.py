@@ -10,10 +10,7 @@ those of other libraries, in which warnings do not count.
 import subprocess
 import sys
 
-from check_vtables import microsoft_flags
-
-WARNINGS = ["-Wall", "-Wextra", "-Wshadow", "-Wconversion", "-Wgnu", "-Wmicrosoft", "-Wextra-semi",
-            "-Werror"]
+from check_vtables import WARNINGS, microsoft_flags
 
 
 def main():

@@ -13,12 +13,15 @@ import re
 import subprocess
 import sys
 import tempfile
+from itertools import zip_longest
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
 MINGW = "x86_64-w64-mingw32-g++-posix"
 ATOMIC_TYPES = ["BOOL", "CHAR", "CHAR16_T", "CHAR32_T", "WCHAR_T", "SHORT", "INT", "LONG",
                 "LLONG", "POINTER"]
+WARNINGS = ["-Wall", "-Wextra", "-Wshadow", "-Wconversion", "-Wgnu", "-Wmicrosoft", "-Wextra-semi",
+            "-Werror"]
 
 
 def read_table(path):
@@ -71,10 +74,8 @@ def microsoft_flags():
 
 
 def msvc_flags():
-    warnings = ["-Wall", "-Wextra", "-Wshadow", "-Wconversion", "-Wgnu", "-Wmicrosoft",
-                "-Wextra-semi", "-Werror"]
     return ["--target=x86_64-pc-windows-msvc", "-nostdinc", "-fms-compatibility-version=19.30",
-            "-isystem", str(HERE / "msvc"), *warnings]
+            "-isystem", str(HERE / "msvc"), *WARNINGS]
 
 
 FLAGS = {
@@ -128,10 +129,8 @@ def main():
     found = read_dump(dump(abi, include_dirs, wanted))
     wrong = 0
     for name, operations in wanted.items():
-        laid_out = found.get(name, [])
-        for slot in range(max(len(operations), len(laid_out))):
-            want = operations[slot] if slot < len(operations) else "nothing"
-            have = laid_out[slot] if slot < len(laid_out) else "nothing"
+        pairs = zip_longest(operations, found.get(name, []), fillvalue="nothing")
+        for slot, (want, have) in enumerate(pairs):
             if want != have:
                 wrong += 1
                 print(f"{name}, slot {slot}: {have}, where vtables.txt has {want}")

@@ -7,6 +7,7 @@ breach; the exit code is 1 when there is one.
 
 import re
 import sys
+from graphlib import CycleError, TopologicalSorter
 from pathlib import Path
 
 # From the lowest up: a folder includes only itself and what stands before it.
@@ -38,10 +39,6 @@ LOCALE_CALLS = re.compile(
     r"isspace|isupper|islower|ispunct|isprint|isxdigit|setlocale|strcoll|"
     r"s?n?printf|fprintf|vsn?printf|sscanf)\s*\(|\bstd::(?:locale|[io]?stringstream)\b")
 
-# (rule, file): breaches that are meant, each with its reason.
-ALLOWED = {
-}
-
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 COMMENT_OR_TEXT = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])*\'', re.S)
 
@@ -53,12 +50,10 @@ def sources(root, folders):
                 yield path.relative_to(root).as_posix(), path.read_text(encoding="utf-8")
 
 
-def layer_of(name):
-    return next((layer for layer in LAYERS if name.startswith(layer + "/")), None)
-
-
-def public_layer(header):
-    return next((layer for layer, names in PUBLIC.items() if header in names), None)
+def layer_of(file):
+    if file.startswith("include/tooldb/"):
+        return next((layer for layer, names in PUBLIC.items() if Path(file).stem in names), None)
+    return next((layer for layer in LAYERS if file.startswith(layer + "/")), None)
 
 
 def resolve(name, file, root):
@@ -76,48 +71,39 @@ class Checker:
         self.breaches = []
         self.graph = {}
 
-    def report(self, rule, file, text):
-        if (rule, file) not in ALLOWED:
-            self.breaches.append(f"{file}: {text}")
+    def report(self, file, text):
+        self.breaches.append(f"{file}: {text}")
 
     def check_layer(self, file, own, included):
         """`own` is a layer's name; `included` a file of the project."""
-        if included.startswith("include/tooldb/"):
-            header = Path(included).stem
-            target = public_layer(header)
-            if target is None:
-                self.report("layer", file, f"includes tooldb/{header}.h, which is of no layer")
-                return
-        else:
-            target = layer_of(included)
-            if target is None:
-                self.report("layer", file, f"includes {included}, which is no part of the library")
-                return
-        if LAYERS.index(target) > LAYERS.index(own):
-            self.report("layer", file, f"includes {included} of the higher layer {target}")
+        target = layer_of(included)
+        if target is None:
+            self.report(file, f"includes {included}, which is of no layer")
+        elif LAYERS.index(target) > LAYERS.index(own):
+            self.report(file, f"includes {included} of the higher layer {target}")
 
     def check_client(self, file, included):
         top = file.split("/")[0]
         seen = ["include/tooldb", top, *CLIENTS.get(top, [])]
         if not included.startswith(tuple(folder + "/" for folder in seen)):
-            self.report("client", file, f"includes {included}, which is no public header")
+            self.report(file, f"includes {included}, which is no public header")
 
     def check_calls(self, file, text, rules):
         code = COMMENT_OR_TEXT.sub(lambda m: "\n" * m.group().count("\n"), text)
         for rule, pattern in rules:
             for match in pattern.finditer(code):
                 line = code.count("\n", 0, match.start()) + 1
-                self.report(rule, file, f"line {line}: {match.group().strip('( ')} ({rule})")
+                self.report(file, f"line {line}: {match.group().strip('( ')} ({rule})")
 
     def check_file(self, file, text):
-        own = public_layer(Path(file).stem) if file.startswith("include/") else layer_of(file)
+        own = layer_of(file)
         in_platform = own == "tooldb/platform"
         self.graph[file] = []
         for bracket, name in INCLUDE.findall(text):
             included = resolve(name, file, self.root)
             if included is None:
                 if own and not in_platform and SYSTEM_HEADERS.fullmatch(name.removesuffix(".h")):
-                    self.report("system", file, f"includes <{name}>, which only tooldb/platform may")
+                    self.report(file, f"includes <{name}>, which only tooldb/platform may")
                 continue
             self.graph[file].append(included)
             if own:
@@ -136,28 +122,15 @@ class Checker:
             if not file.startswith("include/") or file.endswith("/tooldb.h"):
                 continue
             if file not in umbrella:
-                self.report("umbrella", file, "is missing from tooldb/tooldb.h")
-            if public_layer(Path(file).stem) is None:
-                self.report("layer", file, "belongs to no layer")
+                self.report(file, "is missing from tooldb/tooldb.h")
+            if layer_of(file) is None:
+                self.report(file, "belongs to no layer")
 
     def check_circles(self):
-        state = {}  # file: 1 while it is on the path, 2 when it is done
-        for start in self.graph:
-            path = [(start, iter(self.graph[start]))]
-            if start in state:
-                continue
-            state[start] = 1
-            while path:
-                file, rest = path[-1]
-                following = next((f for f in rest if state.get(f) != 2), None)
-                if following is None:
-                    state[file] = 2
-                    path.pop()
-                elif state.get(following) == 1:
-                    self.report("circle", file, f"includes {following}, which includes it in turn")
-                else:
-                    state[following] = 1
-                    path.append((following, iter(self.graph.get(following, []))))
+        try:
+            TopologicalSorter(self.graph).prepare()
+        except CycleError as error:
+            self.report(error.args[1][0], "is included in a circle: " + ", ".join(error.args[1]))
 
 
 def main():
