@@ -58,12 +58,7 @@ TEST(Wrapped, KeepsWordsWholeAndParagraphsApart) {
   EXPECT_EQ(wrapped("unbreakable", 5, 1), " unbreakable\n");
 }
 
-struct NumberCase {
-  double value;
-  std::string_view text;
-};
-
-constexpr NumberCase kNumbers[] = {
+constexpr std::pair<double, std::string_view> kNumbers[] = {
     {0, "0"},
     {-0.0, "0"},
     {0.1 + 0.2, "0.3"},

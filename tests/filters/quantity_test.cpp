@@ -7,12 +7,8 @@
 namespace tooldb {
 namespace {
 
-struct LengthCase {
-  std::string_view text;
-  double mm;
-};
-
-constexpr LengthCase kLengths[] = {
+// Each in millimetres.
+constexpr std::pair<std::string_view, double> kLengths[] = {
     {"6.00 mm", 6},        {"6.00mm", 6},           {"0.25 in ", 6.35},
     {"0.375 \"", 9.525},   {"0.375 \u2033", 9.525}, {".375 in", 9.525},
     {"2,5 mm", 2.5},       {"25,0 \u03BCm", 0.025},  // a Greek letter

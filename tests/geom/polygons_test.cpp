@@ -146,11 +146,8 @@ TEST_P(Offset, GivesClosedPolygons) {
   EXPECT_TRUE(left.empty());
 }
 
-struct CrossingCase {
-  std::string_view contour;
-  bool simple;
-};
-constexpr CrossingCase kCrossings[] = {
+// Whether each is simple.
+constexpr std::pair<std::string_view, bool> kCrossings[] = {
     {"0 0 ; 1 0 ; 1 9 ; 0 9", true},
     {"0 0 ; 0 9 ; 1 9 ; 1 0", true},
     {"0 0 ; 1 0 ; 2 0 ; 3 0 ; 3 3 ; 1 1 ; 0 3", true},  // a subdivided side

@@ -42,11 +42,8 @@ Triangles random_triangles() {
   return triangles;
 }
 
-struct StripCase {
-  Triangles triangles;
-  std::size_t most_strips;
-};
-const StripCase kMeshes[] = {
+// Each with the most strips that it may take.
+const std::pair<Triangles, std::size_t> kMeshes[] = {
     {grid(50, 1), 1},
     {grid(20, 20), 20},
     {{{0, 2, 1}, {0, 1, 3}, {1, 2, 3}, {2, 0, 3}}, 2},  // a tetrahedron
