@@ -66,8 +66,6 @@ const CutterCase kBits[] = {
      bit("thread-mill", R"("Diameter": "5 mm", "cuttingAngle": "60 °", "Crest": "0.1 mm",
          "NeckDiameter": "3 mm")"),
      "mm MILL D5 L1.2547: MILL_2DPROFILE"},
-    {"SlittingSaw", bit("slittingsaw", R"("Diameter": "76 mm", "BladeThickness": "3 mm")"),
-     "mm DISC D76 L3: DISC DIAMETER=76 FILLET=0 HEIGHT=3"},
     {"InsertByLetter", bit("Iso_shape_T", R"("EdgeLength": "11 mm", "TipRadius": "0.4 mm")"),
      "mm TURNING D6.35085 L0: TURNING_INSERT_T ANGLE=60 DIAMETER=6.35085296109 FILLET=0.4 "
      "HEIGHT=4.76 INSERT_SHAPE=T LENGTH=11"},
@@ -95,8 +93,6 @@ const CutterCase kMills[] = {
     {"BoringBar", mill("boring bar", R"("RE": 0.4, "shoulder-length": 35)"),
      "mm BORE D10 L40: BORE ANGLE=0 DIAMETER=10 DIAMETER1=8 FILLET=0.4 HEIGHT=35 HEIGHT1=20; shank "
      "25"},
-    {"Barrel", mill("circle segment barrel", R"("profile-radius": 60)"),
-     "mm MILL D10 L40: MILL_2DPROFILE; shank 40"},
     {"Lens", mill("circle segment lens", R"("profile-radius": 20)"),
      "mm MILL D10 L40: MILL_2DPROFILE; shank 40"},
     {"RadiusWithoutARadius", mill("radius mill"),
@@ -107,9 +103,6 @@ const CutterCase kMills[] = {
      "mm MILL D10 L40: MILL_FLATEND DIAMETER=10 HEIGHT=20; shank 40", "would cross the axis"},
     {"DovetailThatMeetsTheAxis", mill("dovetail mill", R"("TA": 45)"),
      "mm MILL D10 L40: MILL_2DPROFILE; shank 40", "drawn steeper"},
-    {"Rhombic", mill("turning general", R"("SC": "V", "INSD": 9.525, "RE": 0.8, "S": 4)"),
-     "mm TURNING D9.525 L0: TURNING_INSERT_ROMBOID ANGLE=35 DIAMETER=9.525 FILLET=0.8 HEIGHT=4 "
-     "INSERT_SHAPE=V"},
     {"RoundWithTooLargeARadius",
      mill("turning general", R"("SC": "R", "INSD": 12, "RE": 12, "S": 4)"),
      "mm TURNING D12 L0: TURNING_INSERT_R DIAMETER=12 FILLET=6 HEIGHT=4 INSERT_SHAPE=R",
