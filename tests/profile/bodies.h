@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <memory>
 #include <sstream>
@@ -71,6 +73,15 @@ inline std::shared_ptr<tdbItem> make_body(std::string_view kind, int type,
   set_params(*body, params);
   if (!outline.empty()) body->SetProfileXml(contour_of(outline).c_str());
   return body;
+}
+
+/// The only contour of an item's profile.
+inline Polyline only_contour(tdbItem& item, double tolerance, long mode = 0,
+                             kinSceneManager* scene = nullptr) {
+  Contours contours;
+  EXPECT_TRUE(item.GetProfile(scene, contours, tolerance, mode));
+  EXPECT_EQ(contours.size(), 1U);
+  return contours.at(0);
 }
 
 inline bool build(tdbItem& item) {

@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "tests/geom/meshes.h"
+#include "tests/geom/points.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/placement.h"
 #include "tooldb/profile.h"
@@ -100,7 +101,7 @@ TEST(BodyMesh, IsPlacedAndMirroredByShapeAndProfile) {
   expect_box(mesh, {-40, -10, -3}, {0, 10, 17});
 }
 
-TEST(BodyMesh, IsNoneWhenHiddenRefusedOrWithoutShape) {
+TEST(Body, WithoutShapeOrProfileLeavesWhatWasThere) {
   const auto hidden = make_body("cutter", 0);
   hidden->HideShape(true);
   const std::vector<std::shared_ptr<tdbItem>> items{
@@ -111,9 +112,12 @@ TEST(BodyMesh, IsNoneWhenHiddenRefusedOrWithoutShape) {
       std::make_shared<tdbFixedLink>(0),
       std::make_shared<tdbToolAngleHead>(0),
       std::make_shared<tdbToolComponent>()};
-  Mesh mesh;
+  Mesh mesh(1);
+  const Contours before{points("0 0 ; 4 0 ; 8 0 ; 8 8")};
+  Contours contours = before;
   for (const auto& item : items) {
     EXPECT_FALSE(item->GetShape(nullptr, mesh, 0.1));
+    EXPECT_TRUE(item == hidden || !item->GetProfile(nullptr, contours, 0.1, 0));
     bool none = false;
     EXPECT_EQ(item->CreateShape(nullptr, 0.1, false, 0, &none, 0), nullptr);
     EXPECT_TRUE(none);
@@ -121,9 +125,11 @@ TEST(BodyMesh, IsNoneWhenHiddenRefusedOrWithoutShape) {
   }
   for (const double tolerance : {0.0, -1.0, std::nan(""), HUGE_VAL}) {
     EXPECT_FALSE(make_body("cutter", 0)->GetShape(nullptr, mesh, tolerance));
+    EXPECT_FALSE(hidden->GetProfile(nullptr, contours, tolerance, 0));
   }
-  EXPECT_TRUE(mesh.empty());
-  Contours contours;
+  EXPECT_TRUE(tdbTool("T").GetProfile(nullptr, contours, 0.1, 0));
+  EXPECT_EQ(mesh.size(), 1U);
+  EXPECT_EQ(contours, before);
   EXPECT_TRUE(hidden->GetProfile(nullptr, contours, 0.1, 0));
 }
 

@@ -28,15 +28,13 @@ TEST(ModelFile, GivesItsSilhouette) {
   const ScratchFolder folder;
   for (const std::string& bytes : {stl_text(shaft(), "s"), stl_binary(shaft())}) {
     tdbToolCutter cutter = model_cutter(folder.MakeFile("shaft.stl", bytes));
-    Contours contours;
     EXPECT_EQ(tdbProfile::OutlineError(cutter), "");
-    ASSERT_TRUE(cutter.GetProfile(nullptr, contours, 0.01, 1));
-    ASSERT_EQ(contours.size(), 1U);
+    const Polyline contour = only_contour(cutter, 0.01, 1);
     // The upper end of a silhouette is brought down to the tip plane along the axis.
     const Polyline expected = points("0 0 ; 0 50 ; 15 50 ; 15 40 ; 10 40 ; 10 0 ; 0 0");
-    ASSERT_EQ(contours[0].size(), expected.size());
+    ASSERT_EQ(contour.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
-      EXPECT_LT(distance(contours[0][i], expected[i]), 0.01) << i;
+      EXPECT_LT(distance(contour[i], expected[i]), 0.01) << i;
     }
   }
 }
@@ -46,14 +44,12 @@ TEST(ModelFile, GivesItsTurningSection) {
   const ScratchFolder folder;
   const Mesh bar = extruded(points("0 0 ; 10 0 ; 10 20 ; 0 20"), -5, 0);
   tdbToolCutter cutter = model_cutter(folder.MakeFile("bar.stl", stl_binary(bar)));
-  Contours contours;
-  ASSERT_TRUE(cutter.GetProfile(nullptr, contours, 0.01, 0));
-  ASSERT_EQ(contours.size(), 1U);
-  EXPECT_EQ(contours[0].front(), contours[0].back());
-  EXPECT_NEAR(signed_area(contours[0]), -200, 1e-3);
+  const Polyline contour = only_contour(cutter, 0.01);
+  EXPECT_EQ(contour.front(), contour.back());
+  EXPECT_NEAR(signed_area(contour), -200, 1e-3);
   // A body that the turning plane misses has no section.
   cutter.SetShapePos(tdbMakePlacement({0, -3, 0}, {}));
-  contours.clear();
+  Contours contours;
   EXPECT_FALSE(cutter.GetProfile(nullptr, contours, 0.01, 0));
 }
 
@@ -101,13 +97,12 @@ TEST(HostModel, IsLoadedAndScaled) {
   shank.SetFileOptions("coarse");
   shank.SetFileUnits(1);
   shank.SetShapePos(tdbMakePlacement({0, 0, 1}, {}));
-  Contours contours;
-  ASSERT_TRUE(shank.GetProfile(&scene, contours, 0.01, 1));
+  const Polyline contour = only_contour(shank, 0.01, 1, &scene);
   EXPECT_EQ(scene.loaded_options, "coarse");
   // Above the tip plane both ends are brought down to it.
-  EXPECT_EQ(contours[0].front(), (Vec2{0, 0}));
-  EXPECT_NEAR(contours[0][1].y, 1 + 50 * 25.4, 0.01);
-  EXPECT_EQ(contours[0].back(), (Vec2{0, 0}));
+  EXPECT_EQ(contour.front(), (Vec2{0, 0}));
+  EXPECT_NEAR(contour.at(1).y, 1 + 50 * 25.4, 0.01);
+  EXPECT_EQ(contour.back(), (Vec2{0, 0}));
   Mesh mesh;
   ASSERT_TRUE(shank.GetShape(&scene, mesh, 0.1));
   EXPECT_EQ(mesh.size(), scene.model.size() - 2);
