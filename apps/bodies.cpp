@@ -63,10 +63,10 @@ bool read_outline(tdbItem& item, Body::Role role, double tolerance,
 
 Body body_of(tdbItem& item, Body::Role role, double tolerance) {
   Body body{&item, role, !is_plate(item, role), item.GetAbsPos(), {}, {}};
+  if (read_outline(item, role, tolerance, body.contours)) return body;
+  body.contours.clear();
   body.refusal = tdbProfile::OutlineError(item);
-  if (!body.refusal.empty()) return body;
-  if (!read_outline(item, role, tolerance, body.contours)) {
-    body.contours.clear();
+  if (body.refusal.empty()) {
     body.refusal = item.IsSTL() ? "its model file cannot be read" : "it has no outline";
   }
   return body;

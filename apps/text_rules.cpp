@@ -96,7 +96,8 @@ std::string text_problem(std::string_view text, bool one_line) {
     const bool allowed = !one_line && (c == '\n' || c == '\t');
     if (is_control(c) && !allowed) return "it holds a control character; remove it";
   }
-  if (printable(text).find("\xef\xbf\xbd") != std::string::npos &&
+  const bool is_ascii = std::ranges::all_of(text, [](char c) { return (c & 0x80) == 0; });
+  if (!is_ascii && printable(text).find("\xef\xbf\xbd") != std::string::npos &&
       text.find("\xef\xbf\xbd") == std::string_view::npos) {
     return "it is not UTF-8; write it in UTF-8";
   }
@@ -128,15 +129,17 @@ std::string code_problem(const std::string& code) {
 
 std::vector<std::string> parameter_name_problems(tdbCompositeItem& root) {
   std::vector<std::string> problems;
-  const auto add = [&](const std::string& name, const std::string& of, const std::string& problem) {
-    if (!problem.empty()) problems.push_back("parameter " + name + of + ": " + problem);
-  };
   if (const auto* tool = dynamic_cast<const tdbTool*>(&root)) {
-    for (const auto& [name, value] : tool->GetParamList()) add(name, "", text_problem(name, true));
+    for (const auto& [name, value] : tool->GetParamList()) {
+      const std::string problem = text_problem(name, true);
+      if (!problem.empty()) problems.push_back("parameter " + name + ": " + problem);
+    }
   }
   for (const TreeItem& entry : items_below(root)) {
     for (const auto& [name, value] : entry.item->GetParams()) {
-      add(name, of_item(*entry.item), parameter_name_problem(name));
+      const std::string problem = parameter_name_problem(name);
+      if (problem.empty()) continue;
+      problems.push_back("parameter " + name + of_item(*entry.item) + ": " + problem);
     }
   }
   return problems;
