@@ -1,5 +1,6 @@
 #include "tooldb/profile/contour_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -8,21 +9,18 @@
 namespace tooldb {
 namespace {
 
-/// How a kind of element is written: "%g" and "%f" stand for the numbers of START, END and CENTER.
-/// The blank before the end of the ARC tag is part of the format.
-struct Template {
+/// The element of a kind of segment. The blank before the end of the ARC tag is part of the format.
+struct SegmentTags {
   SegmentKind kind;
-  std::string_view text;
+  std::string_view open;
+  std::string_view close;
 };
 
-constexpr auto kTemplates = std::to_array<Template>({
-    {SegmentKind::kLine, "<LINE><START>%g %g</START><END>%g %g</END></LINE>"},
-    {SegmentKind::kCw,
-     "<ARC DIR=\"CW\" ><START>%g %g</START><END>%g %g</END><CENTER>%g %g</CENTER></ARC>"},
-    {SegmentKind::kCcw,
-     "<ARC DIR=\"CCW\" ><START>%g %g</START><END>%g %g</END><CENTER>%g %g</CENTER></ARC>"},
+constexpr auto kSegmentTags = std::to_array<SegmentTags>({
+    {SegmentKind::kLine, "<LINE>", "</LINE>"},
+    {SegmentKind::kCw, "<ARC DIR=\"CW\" >", "</ARC>"},
+    {SegmentKind::kCcw, "<ARC DIR=\"CCW\" >", "</ARC>"},
 });
-constexpr std::string_view kFixedLine = "<LINE><START>%f %f</START><END>%f %f</END></LINE>";
 
 // Below these a number is written as 0: what rounding leaves of it, and never "-0".
 constexpr double kGeneralZero = 1e-9;
@@ -36,18 +34,6 @@ void append_number(std::string& out, double value, char form) {
   }
 }
 
-void append_filled(std::string& out, std::string_view form, const ContourSegment& s) {
-  const double numbers[] = {s.start.x, s.start.y, s.end.x, s.end.y, s.center.x, s.center.y};
-  for (const double number : numbers) {
-    const auto hole = form.find('%');
-    if (hole == std::string_view::npos) break;
-    out.append(form.substr(0, hole));
-    append_number(out, number, form[hole + 1]);
-    form.remove_prefix(hole + 2);
-  }
-  out.append(form);
-}
-
 std::string point_text(Vec2 point, char form) {
   std::string text;
   append_number(text, point.x, form);
@@ -56,29 +42,32 @@ std::string point_text(Vec2 point, char form) {
   return text;
 }
 
-std::string_view template_of(SegmentKind kind) {
-  for (const Template& row : kTemplates) {
-    if (row.kind == kind) return row.text;
+// Nothing for a segment whose ends are written alike.
+void append_segment(std::string& out, const ContourSegment& segment, char form) {
+  const std::string start = point_text(segment.start, form);
+  const std::string end = point_text(segment.end, form);
+  if (start == end) return;
+  const SegmentTags& tags = *std::ranges::find(kSegmentTags, segment.kind, &SegmentTags::kind);
+  out.append(tags.open).append("<START>").append(start).append("</START><END>").append(end);
+  out.append("</END>");
+  if (segment.kind != SegmentKind::kLine) {
+    out.append("<CENTER>").append(point_text(segment.center, form)).append("</CENTER>");
   }
-  return {};
+  out.append(tags.close);
 }
 
 }  // namespace
 
 std::string contour_text(std::span<const ContourSegment> segments) {
   std::string text;
-  for (const ContourSegment& segment : segments) {
-    if (point_text(segment.start, 'g') == point_text(segment.end, 'g')) continue;
-    append_filled(text, template_of(segment.kind), segment);
-  }
+  for (const ContourSegment& segment : segments) append_segment(text, segment, 'g');
   return text;
 }
 
 std::string fixed_line_text(std::span<const Vec2> points) {
   std::string text;
   for (std::size_t i = 1; i < points.size(); ++i) {
-    if (point_text(points[i - 1], 'f') == point_text(points[i], 'f')) continue;
-    append_filled(text, kFixedLine, {points[i - 1], points[i], {}, SegmentKind::kLine});
+    append_segment(text, {points[i - 1], points[i], {}, SegmentKind::kLine}, 'f');
   }
   return text;
 }
