@@ -50,8 +50,8 @@ std::unique_ptr<tdbTool> sample_tool(int number) {
     return static_cast<int>(random() % static_cast<unsigned>(n));
   };
   const auto kind = static_cast<std::size_t>(upto(static_cast<int>(kKinds.size())));
-  const double diameter = 1 + 0.25 * upto(100);
-  const double reach = 20 + upto(80);
+  const double diameter = 6 + 0.25 * upto(60);
+  const double reach = 30 + upto(70);
 
   auto tool = std::make_unique<tdbTool>(sample_code(number), "Tool " + std::to_string(number));
   tool->SetType(upto(10));
@@ -81,7 +81,17 @@ std::unique_ptr<tdbTool> sample_tool(int number) {
   cutting_tool->InitParams();
   cutter->SetName("Cutter");
   cutter->SetParam("DIAMETER", number_text(diameter).c_str());
+  cutter->SetParam("HEIGHT", "18");
+  for (const char* name : {"DIAMETER1", "DIAMETER3"}) {
+    if (cutter->GetParam(name, nullptr) == nullptr) continue;
+    cutter->SetParam(name, number_text(diameter / 2).c_str());
+  }
   shank->SetName("Shank");
+  for (const char* name : {"DIAMETER", "DIAMETER2"}) {
+    shank->SetParam(name, number_text(diameter).c_str());
+  }
+  shank->SetParam("ANGLE2", "0");
+  shank->SetParam("HEIGHT", number_text(reach + 20).c_str());
   cutting_tool->SetPos(at_height(-reach));
   tool->AddItem(cutting_tool);
   auto holder = custom_holder(60, 20);
