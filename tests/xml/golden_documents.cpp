@@ -1,12 +1,11 @@
 #include "tests/xml/golden_documents.h"
 
-#include <fstream>
 #include <limits>
-#include <sstream>
 
 #include "geom/euler_angles.h"
 #include "tooldb/model/type_tables.h"
 #include "tooldb/xml/document.h"
+#include "tooldb/xml_reader.h"
 
 namespace tooldb {
 namespace {
@@ -132,10 +131,11 @@ std::string assembly() {
   hang<tdbToolCutter>(*cutting, 4, 3, "same");
   hang<tdbToolShank>(*cutting, 5, 1, "same");
   hang<tdbToolHolder>(*link, 6, 0, "back on the first");
-  auto* use = hang<tdbToolComponent>(*holder, 10, 0, "used");
-  use->SetCode("K-1");
+  auto* use = golden_use().release();
+  holder->AddItem(use);
+  use->SetName("used");
   use->SetVersion(3);
-  use->AddItem(golden_component("K-1")->GetItem(0)->Clone());
+  use->SetPos(join_zyx({0, 90, 30}, {1, 2, 3}));
   auto* member = dynamic_cast<tdbCompositeItem*>(use->GetItem(0));
   hang<tdbToolHolder>(*member, 7, 0, "on a member");
   hang<tdbToolHolder>(*use, 8, 0, "on the use");
@@ -227,73 +227,57 @@ std::string new_tool() {
   return xml_of(tdbTool("T", type));
 }
 
+template <class Part>
+std::string rewritten(const std::string& text) {
+  std::vector<Part*> read;
+  tdbError error;
+  const bool all_read =
+      tdbXmlReader::ImportFromXml(text.c_str(), kGoldenPaths, read, error, &golden_components());
+  const std::vector<std::unique_ptr<Part>> parts(read.begin(), read.end());
+  if (!all_read) throw error;
+  const bool whole = text.starts_with("<?xml");
+  std::string out;
+  if (whole) append_document_header(out, std::is_same_v<Part, tdbTool> ? 7 : 0);
+  for (const auto& part : parts) part->WriteXml(out, kGoldenPaths);
+  if (whole) append_document_footer(out);
+  return out;
+}
+
 }  // namespace
 
 const std::vector<std::string> kGoldenPaths = {"/lib/shapes"};
 
 const std::vector<GoldenDocument> kGoldenDocuments = {
-    {"new_milling_tool", DocumentKind::kTool, new_tool<0>},
-    {"new_turning_tool", DocumentKind::kTool, new_tool<3>},
-    {"milling_conditions", DocumentKind::kTool, milling_conditions},
-    {"turning_conditions", DocumentKind::kTool, turning_conditions},
-    {"tools", DocumentKind::kTools, tools},
-    {"every_cutter", DocumentKind::kTool, every_type<tdbToolCutter, kCutterTypes>},
-    {"every_shank", DocumentKind::kTool, every_type<tdbToolShank, kShankTypes>},
-    {"every_holder", DocumentKind::kTool, every_type<tdbToolHolder, kHolderTypes>},
-    {"every_cutting_tool", DocumentKind::kTool, every_cutting_tool},
-    {"texts", DocumentKind::kTool, texts},
-    {"assembly", DocumentKind::kTool, assembly},
-    {"component", DocumentKind::kComponent, component},
-    {"components", DocumentKind::kComponents, components},
+    {"new_milling_tool", new_tool<0>, rewritten<tdbTool>},
+    {"new_turning_tool", new_tool<3>, rewritten<tdbTool>},
+    {"milling_conditions", milling_conditions, rewritten<tdbTool>},
+    {"turning_conditions", turning_conditions, rewritten<tdbTool>},
+    {"tools", tools, rewritten<tdbTool>},
+    {"every_cutter", every_type<tdbToolCutter, kCutterTypes>, rewritten<tdbTool>},
+    {"every_shank", every_type<tdbToolShank, kShankTypes>, rewritten<tdbTool>},
+    {"every_holder", every_type<tdbToolHolder, kHolderTypes>, rewritten<tdbTool>},
+    {"every_cutting_tool", every_cutting_tool, rewritten<tdbTool>},
+    {"texts", texts, rewritten<tdbTool>},
+    {"assembly", assembly, rewritten<tdbTool>},
+    {"component", component, rewritten<tdbToolComponent>},
+    {"components", components, rewritten<tdbToolComponent>},
 };
 
-const tdbToolComponent* golden_component(const std::string& code) {
-  static const std::unique_ptr<const tdbToolComponent> kComponent = [] {
+tdbToolComponentsDB& golden_components() {
+  static const std::unique_ptr<tdbToolComponentsDB> kComponents = [] {
+    auto db = std::make_unique<tdbToolComponentsDB>("golden", 1);
     auto component = std::make_unique<tdbToolComponent>(0, "library", "K-1");
     hang<tdbToolHolder>(*hang<tdbFixedLink>(*component, 1, 0, "link"), 2, 1, "holder");
-    component->Visit([](void*, tdbItem* item) { item->SetItemComponent(true); }, nullptr);
-    return component;
+    db->AddTool(component.release(), false);
+    return db;
   }();
-  return code == "K-1" ? kComponent.get() : nullptr;
+  return *kComponents;
 }
 
-std::string golden_path(const std::string& name) {
-  return std::string(TOOLDB_TEST_DATA) + "/golden/" + name + ".xml";
-}
-
-std::string golden_bytes(const std::string& name) {
-  std::ifstream file(golden_path(name), std::ios::binary);
-  EXPECT_TRUE(file.good()) << "no golden document " << name;
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
-}
-
-namespace {
-
-template <class Part>
-std::string rewritten_parts(const std::string& text) {
-  EntryScanner scanner(text, EntryKind<Part>::kTag);
-  const ComponentFinder finder = golden_component;
-  std::string out;
-  while (auto entry = scanner.Next()) {
-    EntryReading<Part>(*std::move(entry))
-        .Finish({kGoldenPaths, finder})
-        ->WriteXml(out, kGoldenPaths);
-  }
-  return out;
-}
-
-}  // namespace
-
-std::string rewritten(DocumentKind kind, const std::string& text) {
-  const bool tools = kind == DocumentKind::kTool || kind == DocumentKind::kTools;
-  const bool whole = kind == DocumentKind::kTools || kind == DocumentKind::kComponents;
-  std::string out;
-  if (whole) append_document_header(out, tools ? 7 : 0);
-  out += tools ? rewritten_parts<tdbTool>(text) : rewritten_parts<tdbToolComponent>(text);
-  if (whole) append_document_footer(out);
-  return out;
+std::unique_ptr<tdbToolComponent> golden_use() {
+  auto use = std::make_unique<tdbToolComponent>(0, "", "K-1");
+  use->AddItem(golden_components().GetToolComponent(0, 1)->GetItem(0)->Clone());
+  return use;
 }
 
 }  // namespace tooldb

@@ -50,16 +50,10 @@ class TreeGenerator {
       case 3:
         return std::make_unique<tdbFixedLink>(0);
       case 4:
-        return Use();
+        return golden_use();
       default:
         return std::make_unique<tdbToolHolder>(Below(5));
     }
-  }
-
-  std::unique_ptr<tdbToolComponent> Use() {
-    auto use = std::make_unique<tdbToolComponent>(0, "", "K-1");
-    use->AddItem(golden_component("K-1")->GetItem(0)->Clone());
-    return use;
   }
 
   // Hangs a part on `parent`, or, on a use of a component, sometimes on one of its members: these
@@ -93,7 +87,7 @@ TEST(RoundTrip, OfGeneratedTrees) {
     const bool unique_names = seed % 2 == 0;
     const tdbTool tool = TreeGenerator(seed, unique_names).Tool();
     const std::string text = xml_of(tool, kGoldenPaths);
-    const auto read = tool_from(text, golden_component, kGoldenPaths);
+    const auto read = tool_from(text, &golden_components(), kGoldenPaths);
     EXPECT_EQ(xml_of(*read, kGoldenPaths), text);
     EXPECT_FALSE(read->HasError()) << read->GetErrs().front().message;
     read->SetCode("T");

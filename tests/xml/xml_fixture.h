@@ -10,7 +10,7 @@
 #include "tooldb/error.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"
-#include "tooldb/xml/part_reading.h"
+#include "tooldb/xml_reader.h"
 
 namespace tooldb {
 
@@ -23,13 +23,16 @@ std::string xml_of(const Object& object, const std::vector<std::string>& paths =
   return text;
 }
 
-/// The tool of a document, read without a database; raises what the reader raises.
-/// @param finder  what finds the components that it uses
-inline std::unique_ptr<tdbTool> tool_from(
-    std::string_view text,
-    const ComponentFinder& finder = [](const std::string&) { return nullptr; },
-    const std::vector<std::string>& paths = kNoPaths) {
-  return EntryReading<tdbTool>(first_entry(text, EntryKind<tdbTool>::kTag)).Finish({paths, finder});
+/// The tool of a document; raises what the reader raises.
+/// @param components  those that it may use; null for none
+inline std::unique_ptr<tdbTool> tool_from(const std::string& text,
+                                          tdbToolComponentsDB* components = nullptr,
+                                          const std::vector<std::string>& paths = kNoPaths) {
+  tdbError error;
+  std::unique_ptr<tdbTool> tool(
+      tdbXmlReader::ImportToolFromXml(text.c_str(), paths, error, components));
+  if (tool == nullptr) throw error;
+  return tool;
 }
 
 /// A tool around some children of its element.
