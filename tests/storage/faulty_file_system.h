@@ -33,57 +33,36 @@ class FaultyFileSystem final : public FileSystem {
   }
   int Calls() const { return calls_; }
 
-  std::string Read(const std::string& path) override {
-    Check(Kind::kRead, path);
-    return real_.Read(path);
-  }
+  std::string Read(const std::string& path) override { return Disk(Kind::kRead, path).Read(path); }
   std::unique_ptr<NewFile> CreateNew(const std::string& path) override {
     Check(Kind::kCreate, path);
     auto file = std::make_unique<File>(*this, path);
     return file->Open(real_) ? std::move(file) : nullptr;
   }
   bool CreateProbe(const std::string& path) override {
-    Check(Kind::kCreate, path);
-    return real_.CreateProbe(path);
+    return Disk(Kind::kCreate, path).CreateProbe(path);
   }
-  bool IsProbe(const std::string& path) override {
-    Check(Kind::kLook, path);
-    return real_.IsProbe(path);
-  }
+  bool IsProbe(const std::string& path) override { return Disk(Kind::kLook, path).IsProbe(path); }
   void Rename(const std::string& from, const std::string& to) override {
-    Check(Kind::kRename, from);
-    real_.Rename(from, to);
+    Disk(Kind::kRename, from).Rename(from, to);
   }
-  void Remove(const std::string& path) override {
-    Check(Kind::kRemove, path);
-    real_.Remove(path);
-  }
+  void Remove(const std::string& path) override { Disk(Kind::kRemove, path).Remove(path); }
   void CreateFolder(const std::string& path) override {
-    Check(Kind::kMakeFolder, path);
-    real_.CreateFolder(path);
+    Disk(Kind::kMakeFolder, path).CreateFolder(path);
   }
   void FlushFolder(const std::string& path) override { Check(Kind::kFlush, path); }
   bool CanFlushDisk() override { return true; }
   void FlushDisk(const std::string& folder) override { Check(Kind::kFlush, folder); }
   std::vector<std::string> List(const std::string& folder) override {
-    Check(Kind::kLook, folder);
-    return real_.List(folder);
+    return Disk(Kind::kLook, folder).List(folder);
   }
-  bool IsFile(const std::string& path) override {
-    Check(Kind::kLook, path);
-    return real_.IsFile(path);
-  }
-  bool IsFolder(const std::string& path) override {
-    Check(Kind::kLook, path);
-    return real_.IsFolder(path);
-  }
+  bool IsFile(const std::string& path) override { return Disk(Kind::kLook, path).IsFile(path); }
+  bool IsFolder(const std::string& path) override { return Disk(Kind::kLook, path).IsFolder(path); }
   bool IsSameFile(const std::string& a, const std::string& b) override {
-    Check(Kind::kLook, a);
-    return real_.IsSameFile(a, b);
+    return Disk(Kind::kLook, a).IsSameFile(a, b);
   }
   std::int64_t LastWriteTime(const std::string& path) override {
-    Check(Kind::kLook, path);
-    return real_.LastWriteTime(path);
+    return Disk(Kind::kLook, path).LastWriteTime(path);
   }
 
  private:
@@ -123,6 +102,11 @@ class FaultyFileSystem final : public FileSystem {
   }
   void Check(Kind kind, const std::string& path) {
     if (ShouldFail(kind, path)) Fail(path);
+  }
+  /// The disk below, for a call that does not fail.
+  FileSystem& Disk(Kind kind, const std::string& path) {
+    Check(kind, path);
+    return real_;
   }
 
   FileSystem& real_ = file_system();

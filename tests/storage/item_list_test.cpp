@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <random>
 
 #include "tooldb/model/text.h"
@@ -42,9 +43,10 @@ TEST(ItemList, FindsAsAWalkDoesAfterAnyChanges) {
   std::mt19937 random(20240731);
   const auto below = [&](std::size_t n) { return static_cast<int>(random() % n); };
   const auto code = [&] { return candidates[random() % candidates.size()]; };
-  ItemList list;
-  std::vector<tdbCompositeItem*> plain;                  // what must be listed
-  std::vector<std::unique_ptr<tdbCompositeItem>> taken;  // and what no longer is
+  std::vector<std::unique_ptr<tdbCompositeItem>> taken;  // outlive the list
+  std::optional<ItemList> all(std::in_place);
+  ItemList& list = *all;
+  std::vector<tdbCompositeItem*> plain;  // what must be listed
   for (int step = 0; step < 3000; ++step) {
     const auto at = plain.begin() + (plain.empty() ? 0 : below(plain.size()));
     auto* item = static_cast<tdbTool*>(plain.empty() ? nullptr : *at);
@@ -93,36 +95,27 @@ TEST(ItemList, FindsAsAWalkDoesAfterAnyChanges) {
     }
     expect_finds_as_a_walk_does(list, candidates);
   }
-}
-
-TEST(ItemList, LetsItemsOutliveIt) {
-  auto list = std::make_unique<ItemList>();
-  list->Append(*new tdbTool("A"));
-  list->Append(*new tdbTool("B"));
-  const auto taken = list->Take(*list->At(0));
-  list.reset();
-  taken->SetCode("C");
-  EXPECT_EQ(taken->GetCode(), "C");
+  all.reset();
+  for (const auto& item : taken) item->SetCode("the list is gone");
 }
 
 TEST(ItemList, EmptiesItselfBeforeItsItemsDie) {
   auto list = std::make_unique<ItemList>();
   auto* tool = new tdbTool("A");
   tool->AddItem(new tdbTool("child"));
-  std::size_t listed = 99;
   struct Context {
-    const ItemList* list;
-    std::size_t* listed;
-  } context{list.get(), &listed};
+    const ItemList& list;
+    std::size_t listed = 99;
+  } context{*list};
   tool->SetDeleteItemCallback(
       [](void* c, tdbItem*) {
         auto& seen = *static_cast<Context*>(c);
-        *seen.listed = seen.list->Snapshot().size();
+        seen.listed = seen.list.Snapshot().size();
       },
       &context);
   list->Append(*tool);
   list.reset();
-  EXPECT_EQ(listed, 0U);
+  EXPECT_EQ(context.listed, 0U);
 }
 
 }  // namespace

@@ -103,6 +103,7 @@ TEST(ManyTools, ReadAtOnceAreAsReadOneByOne) {
   WatchedComponents components(1);
   auto component = make_calling_component("HOLDER", calls);
   ASSERT_TRUE(components.AddTool(component.get(), true) && component.release() != nullptr);
+  std::vector<std::string> paths;
   std::string document = "<TOOLDB VER=\"7\">";
   for (int i = 0; i < kTools; ++i) {
     const std::string code = "T" + std::to_string(1000 + i);
@@ -111,7 +112,7 @@ TEST(ManyTools, ReadAtOnceAreAsReadOneByOne) {
     const std::string tool = "<TOOL VER=\"7\" CODE=\"" + code +
                              "\" NAME=\"n\"><CUTTER NAME=\"c\" TYPE=\"" + type + "\"/>" + use +
                              "</TOOL>\n";
-    scratch.MakeFile(code + ".ktf", tool);
+    paths.push_back(scratch.MakeFile(code + ".ktf", tool));
     document += tool;
   }
 
@@ -138,9 +139,6 @@ TEST(ManyTools, ReadAtOnceAreAsReadOneByOne) {
   EXPECT_TRUE(listed(at_once) == listed(one_by_one));
   EXPECT_EQ(calls.count, calls_one_by_one);
 
-  std::vector<std::string> paths;
-  for (int i = 0; i < kTools; ++i)
-    paths.push_back(scratch.Path("T" + std::to_string(1000 + i)) + ".ktf");
   std::vector<tdbTool*> read;
   std::vector<tdbError> reasons;
   EXPECT_FALSE(tdbXmlReader::ReadTools(paths, {}, read, reasons, &components));

@@ -1,20 +1,18 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/geom/row_name.h"
 #include "tests/storage/watched_database.h"
+#include "tooldb/model/tree_walk.h"
 
 namespace tooldb {
 namespace {
 
-/// True when the item and all below it have the component mark.
-bool all_marked(tdbItem& item) {
-  bool marked = true;
-  item.Visit(
-      [](void* context, tdbItem* visited) {
-        *static_cast<bool*>(context) = *static_cast<bool*>(context) && visited->IsComponent();
-      },
-      &marked);
-  return marked;
+/// True when the component and all below it have the component mark.
+bool all_marked(const tdbToolComponent& component) {
+  return component.IsComponent() &&
+         std::ranges::all_of(items_below(component), &tdbItem::IsComponent);
 }
 
 TEST(Components, AreStoredAsDefinitionsAndReadAgain) {
