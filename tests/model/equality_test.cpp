@@ -7,11 +7,14 @@
 #include <span>
 #include <type_traits>
 
+#include "geom/euler_angles.h"
 #include "tooldb/cutting_conditions.h"
 #include "tooldb/tool.h"
 #include "tooldb/tool_parts.h"
 
 namespace {
+
+using tooldb::join_zyx;
 
 enum Effect { kSeen, kNotSeen, kAsksToVerify };
 
@@ -44,13 +47,6 @@ void expect_seen(const Thing& original,
   }
 }
 
-Transformation<double> shifted(double x, double z) {
-  Transformation<double> place;
-  place(0, 3) = x;
-  place(2, 3) = z;
-  return place;
-}
-
 tdbLegacyToolData spinning_at_5() {
   tdbLegacyToolData data;
   data.max_spindle = 5;
@@ -68,9 +64,18 @@ const Change<tdbToolHolder> kItemChanges[] = {
     {"FileUnits", [](auto& i) { i.SetFileUnits(1); }},
     {"ShapeFile", [](auto& i) { i.SetShapeFilePath("f"); }},
     {"Options", [](auto& i) { i.SetFileOptions("o"); }},
-    {"Pos", [](auto& i) { i.SetPos(shifted(0, 1e-300)); }},
-    {"NanPos", [](auto& i) { i.SetPos(shifted(std::nan(""), 0)); }},
-    {"ShapePos", [](auto& i) { i.SetShapePos(shifted(1, 0)); }},
+    {"Pos",
+     [](auto& i) {
+       i.SetPos(join_zyx({}, {0, 0, 1e-300}));
+     }},
+    {"NanPos",
+     [](auto& i) {
+       i.SetPos(join_zyx({}, {std::nan(""), 0, 0}));
+     }},
+    {"ShapePos",
+     [](auto& i) {
+       i.SetShapePos(join_zyx({}, {1, 0, 0}));
+     }},
     {"Profile", [](auto& i) { i.SetProfileXml("p"); }},
     {"Component", [](auto& i) { i.SetItemComponent(true); }},
     {"Spinning", [](auto& i) { i.SetEnableSpinning(true); }},

@@ -1,16 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "geom/euler_angles.h"
 #include "tooldb/tool_parts.h"
 
+namespace tooldb {
 namespace {
-
-Transformation<double> shifted(double x, double y, double z) {
-  Transformation<double> t;
-  t(0, 3) = x;
-  t(1, 3) = y;
-  t(2, 3) = z;
-  return t;
-}
 
 TEST(Item, ParametersAreSetByAnythingButNull) {
   tdbToolCutter cutter;
@@ -40,7 +34,7 @@ TEST(Item, CopiesStartInterferenceAnewAndAssignmentKeepsTheTargetsOwn) {
 
 TEST(Item, FollowsItsParents) {
   tdbToolHolder root(1);
-  root.SetPos(shifted(100, 0, 0));
+  root.SetPos(join_zyx({}, {100, 0, 0}));
   auto* link = new tdbFixedLink(0);
   auto* cutter = new tdbToolCutter(0);
   root.AddItem(link);
@@ -51,19 +45,17 @@ TEST(Item, FollowsItsParents) {
   root.GetParents(parents);
   EXPECT_EQ(parents, (std::vector<tdbItem*>{nullptr, link, &root}));
 
-  Transformation<double> turned;  // a quarter turn about Z
-  turned(0, 0) = turned(1, 1) = 0;
-  turned(0, 1) = -1;
-  turned(1, 0) = 1;
-  turned(2, 3) = 5;
+  const auto turned = join_zyx({90, 0, 0}, {0, 0, 5});
+  const auto shifted = join_zyx({}, {2, 0, 0});
   link->SetPos(turned);
-  cutter->SetPos(shifted(2, 0, 0));
+  cutter->SetPos(shifted);
   root.Update();
   EXPECT_EQ(root.GetAbsPos(), Transformation<double>()) << "a root's position is not its absolute";
   EXPECT_EQ(link->GetAbsPos(), turned);
-  EXPECT_EQ(cutter->GetAbsPos(), turned * shifted(2, 0, 0));
+  EXPECT_EQ(cutter->GetAbsPos(), turned * shifted);
   EXPECT_EQ(cutter->GetAbsPos()(1, 3), 2);
   EXPECT_TRUE(cutter->IsModified());
 }
 
 }  // namespace
+}  // namespace tooldb

@@ -5,6 +5,7 @@
 #include <limits>
 #include <memory>
 
+#include "geom/euler_angles.h"
 #include "tooldb/tool_parts.h"
 
 namespace {
@@ -94,12 +95,6 @@ TEST(Tool, OffsetRecordsAreKeyedByTheirFirstIndex) {
   EXPECT_EQ(tool.GetOffsetParam(0).index, 3);
 }
 
-Transformation<double> at_height(double z) {
-  Transformation<double> t;
-  t(2, 3) = z;
-  return t;
-}
-
 /// Holder "H" with cutting tool (cutter of diameter 8, shank) below it, then cutter "last".
 std::unique_ptr<tdbTool> assembled_tool() {
   auto tool = std::make_unique<tdbTool>("T1");
@@ -109,7 +104,7 @@ std::unique_ptr<tdbTool> assembled_tool() {
   cutter->SetDiameter(8);
   cutter->SetName("first");
   auto* cutting_tool = new tdbCuttingTool(cutter, new tdbToolShank(2), 2);
-  cutting_tool->SetPos(at_height(-40));
+  cutting_tool->SetPos(tooldb::join_zyx({}, {0, 0, -40}));
   inner_holder->AddItem(cutting_tool);
   holder->AddItem(inner_holder);
   tool->AddHolder(holder);

@@ -8,6 +8,7 @@
 #include <functional>
 #include <sstream>
 
+#include "geom/euler_angles.h"
 #include "tests/geom/row_name.h"
 #include "tests/storage/watched_database.h"
 #include "tooldb/model/tree_walk.h"
@@ -253,14 +254,14 @@ class Session {
   /// A component of one holder, 10 above it.
   bool PutComponent(const std::string& code, const std::string& holder) {
     tdbToolComponent* const component = add_component(components_, code, holder);
-    component->GetItem(0)->SetPos(at_height(10));
+    component->GetItem(0)->SetPos(join_zyx({}, {0, 0, 10}));
     return true;
   }
 
   /// Adds a use of a component to a tool, 100 above it.
   bool Use(tdbTool& tool, const std::string& code) {
     auto* const use = new tdbToolComponent(0, "use", code);
-    use->SetPos(at_height(100));
+    use->SetPos(join_zyx({}, {0, 0, 100}));
     tool.AddItem(use);
     db_.LoadToolComponent(use);
     return true;
@@ -271,7 +272,7 @@ class Session {
     std::unique_ptr<tdbItem> item = std::make_unique<tdbToolCutter>(0);
     if (!code.empty()) item = std::make_unique<tdbToolComponent>(0, "inner", code);
     if (code.empty()) item->SetName("cutter");
-    item->SetPos(at_height(1));
+    item->SetPos(join_zyx({}, {0, 0, 1}));
     return tool.GetHolder(0)->AddItem(item.release());
   }
 

@@ -9,6 +9,7 @@
 #include <thread>
 #include <utility>
 
+#include "geom/euler_angles.h"
 #include "tests/golden.h"
 #include "tests/storage/watched_database.h"
 
@@ -93,7 +94,7 @@ TEST_F(ToolDb, ClonesNoCodeBeyond512Characters) {
 TEST_F(ToolDb, ClearsTheMarksOfWhatIsStored) {
   tdbTool* tool = add_tool(db_, "T1");
   auto* holder = new tdbToolHolder(0);
-  holder->SetPos(at_height(40));
+  holder->SetPos(join_zyx({}, {0, 0, 40}));
   tool->AddItem(holder);
   tool->SetDiameter(7);
   const auto modified = [&] {

@@ -97,13 +97,6 @@ inline tdbToolComponent* add_component(tdbToolComponentsDB& db, const std::strin
   return db.AddTool(component.get(), true) ? component.release() : nullptr;
 }
 
-/// A place above the origin.
-inline Transformation<double> at_height(double z) {
-  Transformation<double> place;
-  place(2, 3) = z;
-  return place;
-}
-
 inline std::vector<std::string> listed_codes(tdbToolDB& db) {
   std::vector<std::string> codes;
   for (int i = 0; i < db.GetToolCount(1); ++i) codes.push_back(db.GetTool(i, 1)->GetCode());
