@@ -2,17 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "tooldb/tool_parts.h"
-
 namespace tooldb {
 namespace {
 
 TEST(CodeEscape, RoundTrips) {
   constexpr std::pair<std::string_view, std::string_view> kCodes[] = {
-      {"D10-R2", "D10-R2"},
       {"", ""},
-      {"A/B", "A{{47}}B"},
-      {"x:y", "x{{58}}y"},
       {"\\/:*?\"<>|", "{{92}}{{47}}{{58}}{{42}}{{63}}{{34}}{{60}}{{62}}{{124}}"},
       {"{{}}{{a}}{1}", "{{}}{{a}}{1}"},
       {"\xC3\x9F/\xE2\x82\xAC", "\xC3\x9F{{47}}\xE2\x82\xAC"},
@@ -48,14 +43,6 @@ TEST(Text, CaseAndBlanksAreAscii) {
   EXPECT_EQ(trimmed(" \t\r\n a b \v\f"), "a b");
   EXPECT_EQ(trimmed(" \n "), "");
   EXPECT_EQ(comparable_code(" d10-\xC3\xA4 "), "D10-\xC3\xA4");
-}
-
-TEST(Text, ParentChainNamesTheWayFromTheRoot) {
-  tdbToolComponent component(0, "Adapter");
-  component.AddItem(new tdbFixedLink(0));
-  component.GetItem(0)->SetName("Plate");
-  EXPECT_EQ(parent_chain(*component.GetItem(0)), "\\Adapter\\Plate");
-  EXPECT_EQ(parent_chain(component), "\\Adapter");
 }
 
 }  // namespace
