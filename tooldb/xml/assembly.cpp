@@ -24,13 +24,12 @@ tdbCompositeItem* found_in(const Map& map, const Key& key) {
   return found == map.end() ? nullptr : found->second;
 }
 
-// True for an item whose element holds what hangs in it: nothing outside the element can.
+}  // namespace
+
 bool is_closed(const tdbItem& item) {
   return dynamic_cast<const tdbCuttingTool*>(&item) != nullptr ||
          (dynamic_cast<const tdbToolComponent*>(&item) != nullptr && item.IsComponent());
 }
-
-}  // namespace
 
 Assembly::Assembly(tdbCompositeItem& root) : root_(root) { Register(root); }
 

@@ -13,6 +13,9 @@
 
 namespace tooldb {
 
+/// True for an item whose element holds what hangs in it: nothing outside the element can.
+bool is_closed(const tdbItem& item);
+
 /// Items that are listed together and look for their parents among themselves first: those of a
 /// whole entry, of a cutting tool, of the definition of a component.
 struct Scope {

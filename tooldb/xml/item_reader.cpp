@@ -153,7 +153,7 @@ bool ItemReader::Read(const Element& element, Scope& scope) {
   if (scope.members) item->SetItemComponent(true);
   ReadContent(element, *item);
   tdbItem& added = Attach(element, std::move(item), scope);
-  ReadMembers(element, added);
+  ReadMembers(element, added, scope);
   return true;
 }
 
@@ -179,7 +179,7 @@ tdbItem& ItemReader::Attach(const Element& element, std::unique_ptr<tdbItem> ite
 }
 
 // The items inside the element, or from the library.
-void ItemReader::ReadMembers(const Element& element, tdbItem& item) {
+void ItemReader::ReadMembers(const Element& element, tdbItem& item, Scope& scope) {
   auto* group = dynamic_cast<tdbCompositeItem*>(&item);
   if (group == nullptr) return;
   if (is_component_use(element)) {
@@ -196,10 +196,26 @@ void ItemReader::ReadMembers(const Element& element, tdbItem& item) {
       LoadComponent(element, *group, holder->GetComponentCode());
     }
   }
-  Scope inner{*group, item.IsComponent()};
-  for (auto* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-    Read(*child, inner);
+  // Where files list items one after the other, a part without a name cannot be named as a parent.
+  if (item.GetName().empty() && !is_closed(item)) {
+    if (ReadItemsIn(element, scope)) {
+      Note(
+          kGeneralError, element,
+          "parts stand in a " + upper_name(element) +
+              " that has no name to hang on; they are read as if they followed it. Give it a NAME");
+    }
+    return;
   }
+  Scope inner{*group, item.IsComponent()};
+  ReadItemsIn(element, inner);
+}
+
+bool ItemReader::ReadItemsIn(const Element& element, Scope& scope) {
+  bool found = false;
+  for (auto* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
+    found |= Read(*child, scope);
+  }
+  return found;
 }
 
 void ItemReader::LoadComponent(const Element& element, tdbCompositeItem& user,

@@ -40,7 +40,8 @@ class ItemReader {
   static const ChildRow* FindChildRow(std::string_view name);
 
   tdbItem& Attach(const Element& element, std::unique_ptr<tdbItem> item, Scope& scope);
-  void ReadMembers(const Element& element, tdbItem& item);
+  void ReadMembers(const Element& element, tdbItem& item, Scope& scope);
+  bool ReadItemsIn(const Element& element, Scope& scope);
   void LoadComponent(const Element& element, tdbCompositeItem& user, const std::string& code);
   void ReadParameter(const Element& child, tdbItem& item);
   void ReadFile(const Element& child, tdbItem& item);
