@@ -47,6 +47,8 @@ void expect_seen(const Thing& original,
   }
 }
 
+const tdbInterferenceSettings kOwnInterference{false, 1, 2};
+
 tdbLegacyToolData spinning_at_5() {
   tdbLegacyToolData data;
   data.max_spindle = 5;
@@ -84,11 +86,7 @@ const Change<tdbToolHolder> kItemChanges[] = {
     {"Child", [](auto& i) { i.AddItem(new tdbFixedLink(0)); }},
     {"Modified", [](auto& i) { i.SetModified(true); }, kNotSeen},
     {"Hidden", [](auto& i) { i.HideShape(true); }, kNotSeen},
-    {"Interference",
-     [](auto& i) {
-       i.SetInterferenceSettings({false, 1, 2});
-     },
-     kNotSeen},
+    {"Interference", [](auto& i) { i.SetInterferenceSettings(kOwnInterference); }, kNotSeen},
 };
 
 TEST(Equality, OfItems) { expect_seen<tdbToolHolder>(tdbToolHolder(1), kItemChanges); }

@@ -28,9 +28,7 @@ class World {
   tdbTool& Take(const std::string& code) { return *(listed = db.GetToolByCode(code, 1)); }
   void New(const std::string& code) { made = make_tool(code, "put in place of what was there"); }
   void TakePath(const std::string& name) { path = scratch.Path(name); }
-  void FillOther(std::initializer_list<const char*> codes) {
-    for (const char* code : codes) add_tool(other, code, "imported");
-  }
+  void FillOther(auto... codes) { (add_tool(other, codes, "imported"), ...); }
 
   /// What the library answers of its success; what it took over is no longer ours.
   bool Added(bool done) { return done && made.release() != nullptr; }
@@ -121,15 +119,10 @@ inline constexpr Operation kOperations[] = {
      [](World& w) { return w.db.RenameTool("T1", w.listed); }},
     {"Clone", Need::kWrite, [](World& w) { w.Take("T1"); },
      [](World& w) { return w.FilledError(w.db.CloneTool(w.listed, w.error)); }},
-    {"Import", Need::kWrite,
-     [](World& w) {
-       w.FillOther({"T2", "T9"});
-     },
+    {"Import", Need::kWrite, [](World& w) { w.FillOther("T2", "T9"); },
      [](World& w) { return w.db.Import(&w.other); }},
     {"ImportMany", Need::kWrite,
-     [](World& w) {
-       w.FillOther({"M1", "M2", "M3", "T1", "M4", "M5", "M1", "T2"});
-     },
+     [](World& w) { w.FillOther("M1", "M2", "M3", "T1", "M4", "M5", "M1", "T2"); },
      [](World& w) { return w.db.Import(&w.other); }},
     {"ImportFromFile", Need::kWrite, [](World& w) { w.TakePath("export.xml"); },
      [](World& w) { return w.db.ImportFromFile(w.path.c_str(), {}); }},

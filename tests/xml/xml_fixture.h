@@ -36,8 +36,8 @@ inline std::unique_ptr<tdbTool> tool_from(const std::string& text,
 }
 
 /// A tool around some children of its element.
-inline std::string tool_with(std::string_view children, std::string_view attributes = {}) {
-  return "<TOOL NAME=\"T\" " + std::string(attributes) + ">" + std::string(children) + "</TOOL>";
+inline std::string tool_with(const std::string& children) {
+  return "<TOOL NAME=\"T\">" + children + "</TOOL>";
 }
 
 }  // namespace tooldb
