@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "apps/console.h"
+#include "tests/storage/scratch_folder.h"
 
 namespace tooldb {
 namespace {
@@ -12,15 +13,13 @@ namespace {
 class ToolFolderTest : public testing::Test {
  protected:
   ToolFolderTest() {
-    std::filesystem::create_directories(path_);
     console_.Mute();
     ToolFolder folder({path_, ""}, Use::kWrite, console_);
     folder.AddNew(std::make_unique<tdbTool>("T1"));
   }
-  ~ToolFolderTest() override { std::filesystem::remove_all(path_); }
 
-  std::string path_ = testing::TempDir() + "/tool_folder_test_" +
-                      testing::UnitTest::GetInstance()->current_test_info()->name();
+  const ScratchFolder scratch_;
+  const std::string path_ = scratch_.Path();
   Console console_;
 };
 
