@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <limits>
 #include <sstream>
@@ -38,6 +40,13 @@ inline std::vector<Polyline> point_lists(std::string_view text) {
   std::istringstream lines{std::string(text)};
   for (std::string line; std::getline(lines, line, '|');) lists.push_back(points(line));
   return lists;
+}
+
+inline void expect_points(const Polyline& line, const Polyline& wanted, double tolerance) {
+  ASSERT_EQ(line.size(), wanted.size());
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    EXPECT_LT(distance(line[i], wanted[i]), tolerance) << i;
+  }
 }
 
 /// Distance of a point from the nearest place of a polyline of at least two points.

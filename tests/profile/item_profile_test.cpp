@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "geom/crossing_test.h"
 #include "geom/polyline.h"
 #include "tests/geom/points.h"
 #include "tests/geom/row_name.h"
 #include "tests/profile/bodies.h"
 #include "tooldb/profile.h"
-#include "tooldb/tool.h"
 
 namespace tooldb::test {
 namespace {
@@ -30,7 +27,6 @@ constexpr FinishCase kFinishes[] = {
      "0 0 ; 0 8 ; 9 8 ; 9 1 ; 0 1 ; 0 0"},
     {"CutterCloses", "cutter", 8, "0 0 ; 5 0 ; 5 9", "0 0 ; 5 9 ; 5 0 ; 0 0"},
     {"CutterAlmostClosed", "cutter", 8, "0 0 ; 5 0 ; 0 0.1", "0 0.1 ; 5 0 ; 0 0"},
-    {"HolderCloses", "holder", 4, "0 0 ; 5 0 ; 5 9", "0 0 ; 5 9 ; 5 0 ; 0 0"},
     {"ShankExtruded", "shank", 5, "0 1 ; 5 1 ; 5 9", "5 9 ; 5 1 ; 0 1"},
     {"Clockwise", "cutter", 24, "0 9 ; 5 9 ; 5 1", "0 9 ; 5 9 ; 5 1"},
 };
@@ -158,7 +154,6 @@ struct CuttingCase {
 };
 
 constexpr CuttingCase kCutting[] = {
-    {"Flat", 0, "", "", "0 0 ; 25 0 ; 25 50"},
     {"Ball", 1, "DIAMETER=2", "", "0 0 ; 1 1 ; 0 2"},
     {"BoringBar", 11, "DIAMETER=32 DIAMETER1=25 HEIGHT=60 HEIGHT1=5 ANGLE=30 FILLET=0.8", "",
      "0 0 ; 15.2 0 ; 16 0.8 ; 16 5"},
@@ -167,11 +162,8 @@ constexpr CuttingCase kCutting[] = {
     {"TextFromAxis", 5, "", "0 -2 ; 0 0 ; 3 0 ; 3 9 ; 0 9", "0 0 ; 3 0 ; 3 9"},
     {"OpenText", 8, "", "0 0 ; 5 8 ; 5 20 ; -5 20", "0 0 ; 5 8 ; 5 20"},
     {"ClosedText", 8, "", "0 0 ; 5 8 ; 5 20 ; -5 20 ; -5 8 ; 0 0", "-5 8 ; 0 0 ; 5 8"},
-    {"RoundInsert", 7, "INSERT_SHAPE=R DIAMETER=2", "", "-1 1 ; 0 0 ; 1 1"},
     {"SharpInsert", 7, "INSERT_SHAPE=S DIAMETER=2 FILLET=0", "",
      "-1.41421 1.41421 ; 0 0 ; 1.41421 1.41421"},
-    {"SharpInsertShortEdge", 7, "INSERT_SHAPE=S DIAMETER=2 FILLET=0 LENGTH=1", "",
-     "-0.707107 0.707107 ; 0 0 ; 0.707107 0.707107"},
     {"NosedInsertShortEdge", 7, "INSERT_SHAPE=S DIAMETER=9 FILLET=1 LENGTH=3", "",
      "-2.12132 1.7071 ; -0.707107 0.292893 ; 0 0 ; 0.707107 0.292893 ; 2.12132 1.7071"},
     // The short edges are used up by the corners: there is an edge on the right alone.
@@ -193,10 +185,7 @@ TEST_P(CuttingPart, IsOnePieceOrNone) {
   ASSERT_EQ(tdbProfile::HilightCuttingProfile(dynamic_cast<tdbToolCutter&>(*cutter), 10, pieces),
             !wanted.empty());
   ASSERT_EQ(pieces.size(), wanted.empty() ? 0U : 1U);
-  for (std::size_t i = 0; i < wanted.size(); ++i) {
-    ASSERT_EQ(pieces[0].size(), wanted.size());
-    EXPECT_LT(distance(pieces[0][i], wanted[i]), 1e-4) << i;
-  }
+  if (!pieces.empty()) expect_points(pieces[0], wanted, 1e-4);
 }
 
 }  // namespace

@@ -14,26 +14,20 @@
 
 namespace {
 
-using Polygon = std::vector<std::pair<double, double>>;
+using Polygons = std::vector<std::vector<std::pair<double, double>>>;
 
 int open_handles = 0;
+
+[[maybe_unused]] Polygons& polygons(void* handle) { return *static_cast<Polygons*>(handle); }
 
 }  // namespace
 
 ENTRY void* polyshift_create() {
   ++open_handles;
-  return new std::vector<Polygon>(1);
+  return new Polygons(1);
 }
 
 #if !defined(INCOMPLETE)
-
-namespace {
-
-std::vector<Polygon>& polygons(void* handle) { return *static_cast<std::vector<Polygon>*>(handle); }
-
-const Polygon& polygon(void* handle, int i) { return polygons(handle)[static_cast<unsigned>(i)]; }
-
-}  // namespace
 
 ENTRY void polyshift_push_back(void* handle, double x, double y) {
   polygons(handle).front().emplace_back(y, x);
@@ -51,11 +45,11 @@ ENTRY int polyshift_get_num_polygons(void* handle) {
 }
 
 ENTRY int polyshift_get_num_vertex_in_polygon(void* handle, int i) {
-  return static_cast<int>(polygon(handle, i).size());
+  return static_cast<int>(polygons(handle)[static_cast<unsigned>(i)].size());
 }
 
 ENTRY void polyshift_get_vertex_in_polygon(void* handle, int i, int vertex, double* x, double* y) {
-  std::tie(*x, *y) = polygon(handle, i)[static_cast<unsigned>(vertex)];
+  std::tie(*x, *y) = polygons(handle)[static_cast<unsigned>(i)][static_cast<unsigned>(vertex)];
 }
 
 ENTRY void polyshift_destroy(void* handle) {
