@@ -50,10 +50,8 @@ struct OutlineCase {
   std::string_view outline;  // empty: refused
 };
 constexpr OutlineCase kOutlines[] = {
-    {"InnerCorner", false, "9 0 ; 4 0 1 ; 4 7", "9 0 ; 5 0 ; cw 4 1 @ 5 1 ; 4 7"},
     {"EqualCornersKeepTheLargerRadius", false, "0 0 ; 16 0 0.3 ; 16 0 0.8 ; 16 0 ; 16 5",
      "0 0 ; 15.2 0 ; ccw 16 0.8 @ 15.2 0.8 ; 16 5"},
-    {"StraightOnNeedsNoArc", false, "0 0 ; 3 0 2 ; 9 0", "0 0 ; 3 0 ; 9 0"},
     {"RadiusOfAnEndIsNotUsed", false, "0 0 9 ; 3 0 ; 3 1 9", "0 0 ; 3 0 ; 3 1"},
     {"SlackShrinksBothRadii", false, "0 0 ; 9 0 2.000009 ; 9 4 2 ; 0 4",
      "0 0 ; 7 0 ; ccw 9 2 @ 7 2 ; ccw 7 4 @ 7 2 ; 0 4"},
@@ -63,7 +61,6 @@ constexpr OutlineCase kOutlines[] = {
     {"NegativeRadius", false, "0 0 ; 9 0 -1 ; 9 9", ""},
     {"NotFinite", false, "0 0 ; 9 nan ; 9 9", ""},
     {"OnePoint", false, "1 2 ; 1 2", ""},
-    {"SharpTriangle", true, "0 0 ; 8 14 ; -8 14", "0 0 ; 8 14 ; -8 14 ; 0 0"},
     {"ArcsFillAllSides", true, "0 -10 5 ; 8.660254037844386 5 5 ; -8.660254037844386 5 5",
      "0 -5 ; ccw 4.33013 -2.5 @ 0 0 ; ccw 0 5 @ 0 0 ; ccw -4.33013 -2.5 @ 0 0 ; ccw 0 -5 @ 0 0"},
     {"ArcsThatMeet", true, "0 -10 5.001 ; 8.6602540 5 5.001 ; -8.6602540 5 5.001", ""},
@@ -94,7 +91,6 @@ struct ArcCase {
   std::string_view must_have;
 };
 constexpr ArcCase kArcs[] = {
-    {"HalfLeft", {{0, 0}, {0, 16}, {0, 8}, kCw}, 0.01, 33, "-8 8"},
     {"Full", {{3, 4}, {3, 4}, {0, 0}, kCcw}, 0.3, 13, "3 4 ; 0 5 ; -5 0 ; 0 -5 ; 5 0"},
     {"FullClockwise", {{5, 0}, {5, 0}, {0, 0}, kCw}, 0.3, 13, "0 -5 ; -5 0 ; 0 5"},
     {"TwoQuadrants", {{-3, -4}, {4, -3}, {0, 0}, kCcw}, 9, 3, "-3 -4 ; 0 -5 ; 4 -3"},

@@ -73,9 +73,7 @@ TEST(Booleans, GiveTheRegion) {
   const Rings right{points("2 1 ; 6 1 ; 6 3 ; 2 3")};
   const Rings inside{points("1 1 ; 2 1 ; 2 2 ; 1 2")};
   EXPECT_EQ(extent(unite(left, right)), Extent(20, 1));
-  EXPECT_EQ(extent(exclusive_or(left, right)), Extent(16, 2));
   EXPECT_EQ(extent(subtract(left, inside)), Extent(15, 2));
-  EXPECT_EQ(extent(intersect(inside, right)), Extent(0, 0));
   EXPECT_EQ(extent(unite({}, {})), Extent(0, 0));
   EXPECT_EQ(extent(clean({points("0 0 ; 4 4 ; 4 0 ; 0 4")})), Extent(8, 2));
   EXPECT_EQ(extent(clean({points("0 0 ; 5 0 ; 9 0")})), Extent(0, 0));
@@ -117,8 +115,6 @@ struct OffsetCase {
   std::string_view contour;
 };
 constexpr OffsetCase kOffsets[] = {
-    {"ALittle", 0.001, "400.100004", "0 0 ; 10 0 ; 10 40 ; 0 40"},
-    {"Inwards", -1, "304", "0 0 ; 10 0 ; 10 40 ; 0 40"},
     {"ToNothing", -6, "", "0 0 ; 10 0 ; 10 40 ; 0 40"},
     {"ClockwiseClosedGrowsToo", 1, "504", "0 0 ; 0 40 ; 10 40 ; 10 0 ; 0 0"},
     {"FallsApartLargestFirst", -1, "24.5 8",

@@ -28,7 +28,6 @@ constexpr FinishCase kFinishes[] = {
     {"CutterCloses", "cutter", 8, "0 0 ; 5 0 ; 5 9", "0 0 ; 5 9 ; 5 0 ; 0 0"},
     {"CutterAlmostClosed", "cutter", 8, "0 0 ; 5 0 ; 0 0.1", "0 0.1 ; 5 0 ; 0 0"},
     {"ShankExtruded", "shank", 5, "0 1 ; 5 1 ; 5 9", "5 9 ; 5 1 ; 0 1"},
-    {"Clockwise", "cutter", 24, "0 9 ; 5 9 ; 5 1", "0 9 ; 5 9 ; 5 1"},
 };
 
 class FinishedContour : public testing::TestWithParam<FinishCase> {};
