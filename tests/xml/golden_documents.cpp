@@ -11,9 +11,8 @@ namespace tooldb {
 namespace {
 
 constexpr char kContour[] =
-    " <LINE><START>0 0</START><END>5 0</END></LINE><ARC DIR=\"CW\" ><START>5 0</START><END>0 "
-    "5</END>"
-    "<CENTER>0 0</CENTER></ARC>\n";
+    " <LINE><START>0 0</START><END>5 0</END></LINE>"
+    "<ARC DIR=\"CW\" ><START>5 0</START><END>0 5</END><CENTER>0 0</CENTER></ARC>\n";
 
 // Numbers that tax the formats, one after the other.
 double number_of(int i) {
@@ -55,6 +54,7 @@ std::string every_type() {
   tdbTool tool("T", "One of each");
   int i = 0;
   for (const TypeName& type : types) hang<Part>(tool, i++, type.code, std::string(type.name));
+  // Types that say one or the other, or both, and codes that no type has.
   for (const int type : {-1, 2, 3, 5, 15, 99}) {
     hang<Part>(tool, i++, type, "without a profile")->SetProfileXml(" ");
     hang<Part>(tool, i++, type, "without a model file")->SetShapeFilePath(" ");
