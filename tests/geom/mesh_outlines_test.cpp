@@ -175,7 +175,6 @@ const SectionCase kSections[] = {
     {"FaceNearlyInThePlane", insert(-4.76, -0.009), {144}},
     {"FaceBesideThePlane", insert(-4.76, -0.011), {}},
     {"SliverBodiesAcrossThePlane", shaken(insert(-4.76, 0), 0.004), {144}},
-    {"SideBySideLargestFirst", both(bar(0, 2), bar(10, 15)), {10, 4}},
     {"OverlappingBodiesAreOne", both(bar(0, 2), bar(1, 5)), {10}},
     {"OverlappingBodiesApart", both(bar(0, 2), bar(1, 5)), {8, 4}, {.unite = false}},
     {"BoreIsLeftOut", revolved(points("3 0 ; 5 0 ; 5 9 ; 3 9 ; 3 0")), {18, 18}},
