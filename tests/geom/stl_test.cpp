@@ -169,6 +169,7 @@ TEST(StlRealFile, EndMillIsReadWhole) {
   ASSERT_TRUE(mesh) << error;
   EXPECT_EQ(mesh->size(), 6704U);
   EXPECT_NEAR(check_mesh(*mesh).volume, 1688.886597, 0.01);
+  EXPECT_EQ(stl_binary(*mesh).substr(80, 4), bytes.substr(80, 4));  // the number of facets
 }
 
 }  // namespace
