@@ -1,0 +1,166 @@
+// Calls without what they work on: no text, no item, no folder.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/storage/watched_database.h"
+
+namespace tooldb {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+TEST(EmptyCalls, AnswerFalseAndSayWhatIsMissing) {
+  const struct {
+    const char* reported;
+    bool (*call)(WatchedTools& tools, tdbToolComponentsDB& components);
+  } kCalls[] = {
+      {"no database given", [](auto& tools, auto&) { return tools.Import(nullptr); }},
+      {"no text given", [](auto& tools, auto&) { return tools.ImportFromXml(nullptr, {}); }},
+      {"a memory-only database has no files to export",
+       [](auto& tools, auto&) { return tools.Export("anywhere", "T", {}); }},
+      {"", [](auto& tools, auto&) { return tools.Available() && tools.Reload({}); }},
+      {"", [](auto& tools, auto&) { return tools.AllowTool(nullptr); }},
+      {"", [](auto& tools, auto&) { return tools.GetToolByCode("T", 2) == nullptr; }},
+      {"", [](auto&, auto& components) { return components.Available(); }},
+      {"",
+       [](auto& tools, auto& components) {
+         tdbToolComponent use(0, "use", "C");
+         tools.LoadToolComponent(&use);  // no components are linked
+         tools.LinkToolComponents(&components);
+         tools.LoadToolComponent(nullptr);
+         tdbToolDB::BeforeDeleteComponent(&tools, nullptr);
+         tdbToolDB::BeforeDeleteComponent(nullptr, &use);
+         tools.Error(nullptr);
+         components.Error(nullptr);
+         components.Log("nobody listens");
+         return use.GetItemCount() == 0;
+       }},
+  };
+  for (const auto& [reported, call] : kCalls) {
+    SCOPED_TRACE(&reported - &kCalls[0].reported);
+    WatchedTools tools(1);
+    tdbToolComponentsDB components("components", 1);
+    EXPECT_EQ(call(tools, components), *reported == '\0');
+    std::erase_if(tools.events, [](const std::string& event) { return !event.starts_with("err"); });
+    const std::string error = std::string("error 1: ") + reported;
+    EXPECT_EQ(tools.events, *reported == '\0' ? std::vector<std::string>() : std::vector{error});
+  }
+}
+
+TEST(EmptyCalls, OnFilesTellNothingAndTouchNothing) {
+  const ScratchFolder scratch;
+  std::string folder = scratch.Path();
+  tdbFileManager with_folder;
+  tdbError error(7, "the caller's");
+  ASSERT_TRUE(with_folder.Init(folder, error));
+  EXPECT_FALSE(with_folder.InsertItem(nullptr, error));
+  EXPECT_FALSE(with_folder.UpdateItem("T", nullptr, error));
+  EXPECT_FALSE(with_folder.DeleteItem(nullptr, error));
+  EXPECT_FALSE(with_folder.CopyShapeFileToFolder(nullptr, folder, error));
+  EXPECT_TRUE(with_folder.Delete(error));
+  EXPECT_EQ(error.message, "the caller's");
+  tdbFileManager without;
+  tdbTool tool("T");
+  std::string text;
+  std::vector<std::string> names;
+  EXPECT_FALSE(without.Create(text, error));
+  EXPECT_FALSE(without.InsertItem(&tool, error));
+  EXPECT_FALSE(without.UpdateItem("T", &tool, error));
+  EXPECT_FALSE(without.DeleteItem(&tool, error));
+  EXPECT_FALSE(without.ReadItem("T", ".ktf", text, error));
+  EXPECT_FALSE(without.Read(names, ".ktf", error));
+  EXPECT_EQ(error.code, 7);
+  EXPECT_THAT(scratch.Files(), IsEmpty());
+}
+
+TEST(EmptyCalls, OnADatabaseWithoutAFolderReachNoFile) {
+  const ScratchFolder scratch;
+  scratch.MakeFile("kept.ktf", "somebody's");
+  WatchedTools db;
+  db.SetFolderPath(scratch.Path().c_str());  // a name; only Init opens it
+  EXPECT_FALSE(db.Available());
+  EXPECT_FALSE(db.Read());
+  EXPECT_EQ(add_tool(db, "T"), nullptr);
+  EXPECT_EQ(db.GetToolCount(2), 0);
+  std::vector<tdbTool> tools;
+  db.GetTools(tools, 2);
+  EXPECT_THAT(tools, IsEmpty());
+  db.RemoveAllTools(true, 2);
+  db.RemoveTempTools();
+  EXPECT_THAT(scratch.Files(), ElementsAre(testing::Key("kept.ktf")));
+  EXPECT_TRUE(db.HasReported());
+  db.SetFolderPath(nullptr);
+  db.Deprecated_SetPath(nullptr);
+  EXPECT_EQ(db.GetFolderPath() + db.Deprecated_GetTdbPath(), "");
+}
+
+TEST(Databases, StayAsTheyAreWhenAssignedToThemselves) {
+  tdbToolDB tools("tools", 1);
+  const tdbToolDB& same_tools = tools;
+  tdbToolComponentsDB components;
+  EXPECT_FALSE(components.Available()) << "it has no folder";
+  components = tdbToolComponentsDB("components", 1);
+  const tdbToolComponentsDB& same_components = components;
+  add_tool(tools, "T");
+  add_component(components, "C");
+  components.Deprecated_SetPath("legacy");
+  tools = same_tools;
+  components = same_components;
+  EXPECT_EQ(tools.GetToolCount(1), 1);
+  EXPECT_EQ(components.GetCount(1), 1);
+  const std::unique_ptr<tdbObject> clone(components.Clone());
+  EXPECT_EQ(clone->GetName(), "components");
+  EXPECT_EQ(dynamic_cast<tdbToolComponentsDB&>(*clone).GetCount(1), 0);
+  EXPECT_EQ(components.Deprecated_GetKtcPath(), "legacy");
+  EXPECT_EQ(dynamic_cast<tdbToolComponentsDB&>(*clone).Deprecated_GetKtcPath(), "");
+}
+
+TEST(ComponentOrder, IsByCodeOrType) {
+  tdbToolComponentsDB db("", 1);
+  for (const char* code : {"-99999999999999999999", "+2", "-3", "10", "b"}) add_component(db, code);
+  const auto codes = [&](int key, bool ascending) {
+    db.Sort(key, ascending);
+    std::vector<std::string> all;
+    for (int i = 0; i < db.GetCount(1); ++i) all.push_back(db.GetToolComponent(i, 1)->GetCode());
+    return all;
+  };
+  EXPECT_THAT(codes(0, true), ElementsAre("-99999999999999999999", "-3", "+2", "10", "b"));
+  EXPECT_THAT(codes(2, false), ElementsAre("b", "10", "+2", "-3", "-99999999999999999999"));
+}
+
+TEST(CodeText, IsMadeFitForFileNames) {
+  const struct {
+    const char *code, *encoded, *replaced;
+    bool fits;
+  } kCodes[] = {{"", "", "", true},
+                {"T 1-\xC3\xA9", "T 1-\xC3\xA9", "T 1-\xC3\xA9", true},
+                {"a|b", "a{{124}}b", "a_?b", false},
+                {"A/B:\\", "A{{47}}B{{58}}{{92}}", "A_?B_?_?", false}};
+  for (const auto& [code, encoded, replaced, fits] : kCodes) {
+    EXPECT_EQ(tdbUtil::replace_not_windows_char_code(code), encoded);
+    EXPECT_EQ(tdbUtil::replace_not_windows_char_with_str(code, "_?"), replaced);
+    EXPECT_EQ(tdbUtil::is_valid_windows_string(code), fits);
+  }
+  EXPECT_EQ(tdbUtil::trim_left(" \t a b ", " \t"), "a b ");
+  EXPECT_EQ(tdbUtil::trim_left("  ", " "), "");
+}
+
+TEST(ParentText, NamesTheChainOfAMember) {
+  tdbTool tool("T", "tool");
+  auto* component = make_component("C").release();
+  tool.AddItem(component);
+  std::string text = "in ";
+  tdbUtil::build_parent_string(nullptr, text);
+  tdbUtil::build_parent_string(component->GetItem(0), text);
+  EXPECT_THAT(text, StartsWith("in \\tool\\C\\Holder"));
+  EXPECT_TRUE(tdbUtil::component_is_nested_to_component(component->GetItem(0)));
+  EXPECT_TRUE(tdbUtil::component_is_nested_to_component(component));
+  EXPECT_FALSE(tdbUtil::component_is_nested_to_component(&tool));
+  EXPECT_FALSE(tdbUtil::component_is_nested_to_component(nullptr));
+}
+
+}  // namespace
+}  // namespace tooldb
