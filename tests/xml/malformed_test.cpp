@@ -129,7 +129,8 @@ struct EncodingCase {
   std::string text;
 };
 const EncodingCase kEncodings[] = {
-    {"Utf8", "Fr\xC3\xA4ser", "Fräser"},
+    {"Utf8", "Fräser \u0905 \uD55C \U0001F527 \U00100000",
+     "Fräser \u0905 \uD55C \U0001F527 \U00100000"},
     {"Utf8WithMark", "\xEF\xBB\xBF\xE2\x82\xAC", "€"},
     {"Latin1", "Fr\xE4ser \xD8 5", "Fräser Ø 5"},
     {"Latin1AtTheEnd", "a\xC3", "aÃ"},
@@ -140,7 +141,8 @@ const EncodingCase kEncodings[] = {
     {"BeyondUnicodeIsLatin1", "\xF4\x90\x80\x80", "ô\xC2\x90\xC2\x80\xC2\x80"},
     {"Utf16Little", utf16(u"Ø 5 – 半 \U0001F527", false), "Ø 5 – 半 🔧"},
     {"Utf16Big", utf16(u"Ø 5 – 半 \U0001F527", true), "Ø 5 – 半 🔧"},
-    {"LoneSurrogates", utf16(std::u16string{u'a', 0xD83D, u'b', 0xDC00}, false), "a\uFFFDb\uFFFD"},
+    {"LoneSurrogates", utf16(std::u16string{u'a', 0xD83D, u'b', 0xDC00, 0xFF01, 0xD83D}, false),
+     "a\uFFFDb\uFFFD\uFF01\uFFFD"},
     {"ZeroByte", std::string("a\n\0b", 4), "line 2: a zero byte"},
     {"HalfAUnit", utf16(u"ab", false) + "c", "ab\uFFFD"},
 };
