@@ -16,6 +16,8 @@ namespace {
 
 constexpr long kSilhouette = 1;
 constexpr double kSameDirection = 1e-9;
+// What stands farther from the tool's origin has no place on any drawing, or in any mesh.
+constexpr double kFarthest = 1e9;
 
 // Types whose outline is a plate: turning inserts and extruded contours. An insert of the kind
 // "centre" is turned nevertheless.
@@ -61,10 +63,20 @@ bool read_outline(tdbItem& item, Body::Role role, double tolerance,
                          : item.GetProfile(nullptr, contours, tolerance, kSilhouette);
 }
 
+bool is_near(const Transformation<double>& place) {
+  return std::ranges::all_of(std::array{0, 1, 2},
+                             [&](int row) { return std::abs(place(row, 3)) <= kFarthest; });
+}
+
 Body body_of(tdbItem& item, Body::Role role, double tolerance) {
   Body body{&item, role, !is_plate(item, role), item.GetAbsPos(), {}, {}};
-  if (read_outline(item, role, tolerance, body.contours)) return body;
+  const bool is_placed = is_near(body.place);
+  if (is_placed && read_outline(item, role, tolerance, body.contours)) return body;
   body.contours.clear();
+  if (!is_placed) {
+    body.refusal = "it stands too far from the tool's origin; correct the positions";
+    return body;
+  }
   body.refusal = tdbProfile::OutlineError(item);
   if (body.refusal.empty()) {
     body.refusal = item.IsSTL() ? "its model file cannot be read" : "it has no outline";
