@@ -65,8 +65,12 @@ class Dimensions {
     return radius;
   }
 
-  // Shortest inside. The extension lines of the outer ones cross the columns of the inner.
-  void DrawLengths(const std::vector<LengthMeasure>& lengths) {
+  // Shortest inside. The extension lines of the outer ones cross the columns of the inner. The
+  // origin of a lone part may be far off: its distance stands in the title block alone.
+  void DrawLengths(std::vector<LengthMeasure> lengths) {
+    std::erase_if(lengths, [&](const LengthMeasure& length) {
+      return !view_.ShowsHeight(length.span.low) || !view_.ShowsHeight(length.span.high);
+    });
     double column = right_ + kDistance;
     for (auto length = lengths.begin(); length != lengths.end(); ++length) {
       std::vector<double> crossings;
@@ -97,9 +101,13 @@ class Dimensions {
                   90);
       return;
     }
-    const double above = high.y - (size < kRoomForArrows ? kOutsideArrow : 0) - kClearance;
-    const double start = FreeStart(above, room, std::move(crossings));
-    if (start < above) sheet_.Line("dim", high, {column, start - room});
+    const double past = (size < kRoomForArrows ? kOutsideArrow : 0) + kClearance;
+    if (high.y - past - room < kTopOfSheet) {
+      sheet_.Text("", {column - kOffset, low.y + past}, kTextHeight, Anchor::kEnd, text, 90);
+      return;
+    }
+    const double start = FreeStart(high.y - past, room, std::move(crossings));
+    if (start < high.y - past) sheet_.Line("dim", high, {column, start - room});
     sheet_.Text("", {column - kOffset, start}, kTextHeight, Anchor::kStart, text, 90);
   }
 
@@ -184,7 +192,7 @@ class Dimensions {
       const PaperPoint target = view_.Paper({-std::abs(note.at.x), note.at.y});
       labels.push_back({Kind::kNote, target.y, target.y, target, target, note.text});
     }
-    if (!measures.origin.empty() && view_.ShowsOrigin()) {
+    if (!measures.origin.empty() && view_.ShowsHeight(0)) {
       const PaperPoint end = view_.Paper({view_.Across().low, 0});
       sheet_.Line("gauge", end, view_.Paper({view_.Across().high, 0}));
       labels.push_back({Kind::kGaugeLine, end.y, end.y, end, end, measures.origin});

@@ -54,9 +54,9 @@ DrawingView::DrawingView(const Field& field, const ViewExtent& extent, double un
   scale_ = scale == kScales.end() ? std::min(field.width / wide, field.height / high) : *scale;
 }
 
-bool DrawingView::ShowsOrigin() const {
+bool DrawingView::ShowsHeight(double height) const {
   const double slack = 0.02 * extent_.along.Size();
-  return !is_lying_ && 0 >= extent_.along.low - slack && 0 <= extent_.along.high + slack;
+  return height >= extent_.along.low - slack && height <= extent_.along.high + slack;
 }
 
 PaperPoint DrawingView::Paper(const Point2d<double>& point) const {

@@ -38,8 +38,8 @@ class DrawingView {
   double Scale() const { return scale_; }
   /// "2:1"
   std::string ScaleText() const;
-  /// True when the plane of the tool's origin crosses an upright tool.
-  bool ShowsOrigin() const;
+  /// True when something is drawn at a height along the tool's axis, or next to it.
+  bool ShowsHeight(double height) const;
   bool IsLying() const { return is_lying_; }
 
   const Extent& Along() const { return extent_.along; }
