@@ -51,7 +51,8 @@ void add_path(std::vector<SourceFile>& sources, const fs::path& path) {
     sources.push_back({file.generic_string(), false, SourceKind::kUnknown, {}});
   }
   if (!error && !files.empty()) return;
-  SourceFile& folder = sources.emplace_back(SourceFile{path.generic_string(), true, {}, {}});
+  SourceFile& folder =
+      sources.emplace_back(SourceFile{path.generic_string(), true, SourceKind::kUnknown, {}});
   fail(folder, error ? error.message() : "the folder has no files");
 }
 
