@@ -140,7 +140,8 @@ int integer(const Element& element, std::string_view name, int missing) {
 
 std::string clean_name(std::string_view text) {
   std::string name(text);
-  std::erase(name, '\n');
+  // Where it is written, a carriage return is read back as a line feed.
+  std::erase_if(name, [](char c) { return c == '\n' || c == '\r'; });
   return std::string(trimmed(name));
 }
 

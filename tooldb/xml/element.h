@@ -55,7 +55,7 @@ bool is_true(std::string_view text);
 double number(const Element& element, std::string_view name, double missing = 0);
 int integer(const Element& element, std::string_view name, int missing = 0);
 
-/// A name as items carry it: without line feeds and without blanks around it.
+/// A name as items carry it: without line ends and without blanks around it.
 std::string clean_name(std::string_view text);
 
 /// Three numbers from a text; what is missing is 0.
