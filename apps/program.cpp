@@ -64,9 +64,14 @@ void read_call(const std::vector<std::string>& words, Call& call) {
 
 // What the parser could not place: an option's name that is spelt wrongly, or one word too many.
 std::string unexpected(CLI::App& app) {
-  const auto words = app.remaining();
-  const auto option = std::ranges::find_if(words, [](const auto& w) { return w.starts_with("-"); });
-  if (option == words.end()) return "'" + words.front() + "' is one argument too many";
+  auto words = app.remaining();
+  const auto arguments = std::ranges::find(words, "--");  // what follows is no option
+  const auto option =
+      std::find_if(words.begin(), arguments, [](const auto& w) { return w.starts_with("-"); });
+  if (option == arguments) {
+    std::erase(words, "--");
+    return "'" + words.front() + "' is one argument too many";
+  }
   std::vector<std::string> names;
   for (const CLI::Option* known : app.get_options()) {
     for (const auto& name : known->get_lnames()) names.push_back("--" + name);
