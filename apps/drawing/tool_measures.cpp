@@ -350,9 +350,9 @@ std::string dimension_value(const tdbDimension& d) {
     case Kind::kAngleTotal:
       return value + "\u00b0 total";
     case Kind::kAngleFromAxis:
-      return value + "\u00b0 per side, from the axis";
+      return value + "\u00b0 from the axis";
     case Kind::kAngleFromFace:
-      return value + "\u00b0 per side, from the face";
+      return value + "\u00b0 from the face";
     default:
       return value;
   }
