@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -130,6 +132,8 @@ std::vector<Figure> bench_meshes(const Options& options) {
 }
 
 std::vector<Figure> bench_stl(const Options& options) {
+  // Both sides into fresh memory, whatever the measurements before have left in the heap.
+  mallopt(M_MMAP_THRESHOLD, 1 << 20);
   const Mesh mesh =
       options.quick ? revolved(wavy_outline(100, 80), 256) : revolved(wavy_outline(978, 80), 512);
   const ScratchFolder folder(options);
