@@ -116,11 +116,13 @@ void BitReader::ReadIdentity() {
   builder_.SetDescription(name.empty() ? stem : name);
   // A number made by a machine identifies nothing to a person.
   for (const std::string& code : {id, stem, name}) {
-    if (code.empty() || looks_like_uuid(code)) continue;
+    if (storable_line(code).empty() || looks_like_uuid(code)) continue;
     builder_.SetCode(code);
     break;
   }
-  if (builder_.Tool().GetCode().empty()) builder_.SetCode(stem);
+  if (builder_.Tool().GetCode().empty()) {
+    builder_.SetCode(storable_line(stem).empty() ? "Tool" : stem);
+  }
   if (!id.empty() && id != builder_.Tool().GetCode()) builder_.Keep(kPrefix + ".id", id);
   root_.Skip("version");
 }

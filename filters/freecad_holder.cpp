@@ -39,7 +39,8 @@ ImportEntry import_holder(const Json& document, const std::string& file_name) {
         {NoteKind::kFailed, file_name + ": no outline of at least three [radius, height] pairs"});
     return entry;
   }
-  const std::string stem(without_extension(last_path_part(file_name)));
+  std::string stem = storable_line(without_extension(last_path_part(file_name)));
+  if (stem.empty()) stem = "Holder";
   const std::string name = storable_line(fields.Text("name"));
   const std::string unit_name = lower_case(fields.Text("units"));
   const LengthUnit unit = unit_name.starts_with("in") ? LengthUnit::kInch : LengthUnit::kMillimetre;
@@ -49,7 +50,7 @@ ImportEntry import_holder(const Json& document, const std::string& file_name) {
     holder->SetParam(element_name(key).c_str(), storable_text(value).c_str());
     append_to_list(kept, key);
   });
-  entry.component = make_holder_component(storable_line(stem), std::move(holder));
+  entry.component = make_holder_component(stem, std::move(holder));
   entry.notes.push_back({NoteKind::kMapped, "as a library component with one holder: profile"});
   if (unit == LengthUnit::kInch) {
     entry.notes.push_back({NoteKind::kApproximated,

@@ -67,5 +67,17 @@ TEST(FreeCadHolder, BecomesAComponentWithItsOutline) {
               testing::HasSubstr("<LINE><START>0 0</START><END>16.1 0</END></LINE>"));
 }
 
+TEST(FreeCadFiles, GiveACodeWhateverTheirNames) {
+  EXPECT_EQ(only_entry(import_text(R"({"shape": "endmill"})", "\x7f .fctb")).tool->GetCode(),
+            "Tool");
+  for (const auto& [file, code] :
+       {std::pair(" .fcholder", "Holder"), {"<1>.fcholder", "\uFF1C1>"}}) {
+    const ImportEntry entry =
+        only_entry(import_text(R"({"units": "mm", "profile": [[0, 0], [9, 0], [9, 9]]})", file));
+    EXPECT_EQ(entry.component->GetCode(), code);
+    EXPECT_EQ(entry.component->GetItem(0U)->GetName(), code);
+  }
+}
+
 }  // namespace
 }  // namespace tooldb
