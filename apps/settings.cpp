@@ -117,13 +117,6 @@ std::string set_tool_parameter(tdbTool& tool, const std::string& name, const std
   if (const std::string problem = text_problem(name, true); !problem.empty()) {
     throw Failure("'" + name + "' cannot be the name of a parameter: " + problem);
   }
-  // The map of parameters is written before the list, so a name that is in both reads back with
-  // the map's value first.
-  if (const char* old = tool.GetParam(name.c_str(), nullptr)) {
-    std::string change = std::string(old) + " -> " + value;
-    tool.SetParam(name.c_str(), value.c_str());
-    return change;
-  }
   const std::string old = tool.GetParamValue(name.c_str());
   if (tool.SetParamValue(name.c_str(), value.c_str()) >= 0) return old + " -> " + value;
   tool.AddParam(name.c_str(), value.c_str());
@@ -202,7 +195,6 @@ void remove_offset(tdbTool& tool, const std::string& number) {
 }
 
 void remove_tool_parameter(tdbTool& tool, const std::string& name) {
-  if (tool.GetParam(name.c_str(), nullptr) != nullptr) return remove_item_parameter(tool, name);
   const int index = tool.GetParamIndex(name.c_str());
   if (index < 0) throw UsageError("there is no parameter '" + name + "'");
   tool.RemoveParam(index);

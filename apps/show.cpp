@@ -51,14 +51,8 @@ void append_head(std::string& out, tdbTool& tool) {
 
 void append_parameters(std::string& out, const tdbTool& tool) {
   TextTable table({{"parameter", false, 12}, {"value", false, 20}});
-  int rows = 0;
-  const auto add = [&](const std::string& name, const std::string& value) {
-    table.AddRow({name, value});
-    ++rows;
-  };
-  for (const auto& [name, value] : tool.GetParams()) add(name, value);
-  for (const auto& [name, value] : tool.GetParamList()) add(name, value);
-  if (rows > 0) out += '\n' + table.Text(0, false);
+  for (const auto& [name, value] : tool.GetParamList()) table.AddRow({name, value});
+  if (!tool.GetParamList().empty()) out += '\n' + table.Text(0, false);
 }
 
 void append_offsets(std::string& out, const tdbTool& tool) {

@@ -50,8 +50,6 @@ Json item_json(const TreeItem& entry) {
 
 Json parameters_json(const tdbTool& tool) {
   Json list = Json::array();
-  for (const auto& [name, value] : tool.GetParams())
-    list.push_back({{"name", name}, {"value", value}});
   for (const auto& [name, value] : tool.GetParamList()) {
     list.push_back({{"name", name}, {"value", value}});
   }
