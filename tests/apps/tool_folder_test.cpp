@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "apps/console.h"
 #include "tests/storage/scratch_folder.h"
 
@@ -51,13 +49,6 @@ TEST_F(ToolFolderTest, NoticesAComponentThatChangedSinceItWasRead) {
   write("second");
   EXPECT_THROW(folder.CheckUnchanged(edited), Failure);
   EXPECT_EQ(folder.ReadToEdit("C1").component->GetName(), "second");
-}
-
-TEST_F(ToolFolderTest, ReadsAFolderThatCannotBeWritten) {
-  namespace fs = std::filesystem;
-  fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_exec);
-  EXPECT_EQ(ToolFolder({path_, ""}, Use::kRead, console_).ReadAll().size(), 1U);
-  fs::permissions(path_, fs::perms::owner_all);
 }
 
 }  // namespace

@@ -4,14 +4,8 @@
 
 namespace {
 
-template <class Cond>
-class CuttingConditions : public testing::Test {};
-using BothKinds = testing::Types<tdbCutCond, tdbTurningCutCond>;
-TYPED_TEST_SUITE(CuttingConditions, BothKinds);
-
-TYPED_TEST(CuttingConditions, TheSecondOfTwoCriteriaAsksForOptimisation) {
-  for (const bool limit : {false, true}) {
-    TypeParam cond;
+TEST(CuttingConditions, TheSecondOfTwoCriteriaAsksForOptimisation) {
+  const auto check = [](auto cond, bool limit) {
     EXPECT_FALSE(cond.RequiresAnyCutCondition());
     (limit ? cond.GetOptimPower().limited : cond.GetOptimPower().optimized) = true;
     for (const int criteria : {0, 1, 2, 3}) {
@@ -23,6 +17,10 @@ TYPED_TEST(CuttingConditions, TheSecondOfTwoCriteriaAsksForOptimisation) {
     }
     cond.ClearOptimizationCriteria();
     EXPECT_EQ(cond.GetOptimizationCriteria(), 0);
+  };
+  for (const bool limit : {false, true}) {
+    check(tdbCutCond(), limit);
+    check(tdbTurningCutCond(), limit);
   }
 }
 

@@ -67,6 +67,7 @@ TEST(Joining, FollowsTheCutterAndCarriesWhatHangsBelow) {
   tool->GetCutter()->SetPos(tdbMakePlacement({1, 0, 7}, {}));
   EXPECT_EQ(updated_height(*tool), 37);
   EXPECT_EQ(tool->GetShank()->GetAbsPos()(0, 3), 1);
+  EXPECT_TRUE(tool->GetShank()->IsModified()) << "it moved with the cutter";
   EXPECT_EQ(holder->GetAbsPos()(2, 3), 97);
 }
 

@@ -18,13 +18,8 @@ TEST(EmptyCalls, AnswerFalseAndSayWhatIsMissing) {
     bool (*call)(WatchedTools& tools, tdbToolComponentsDB& components);
   } kCalls[] = {
       {"no database given", [](auto& tools, auto&) { return tools.Import(nullptr); }},
-      {"no text given", [](auto& tools, auto&) { return tools.ImportFromXml(nullptr, {}); }},
-      {"a memory-only database has no files to export",
-       [](auto& tools, auto&) { return tools.Export("anywhere", "T", {}); }},
-      {"", [](auto& tools, auto&) { return tools.Available() && tools.Reload({}); }},
       {"", [](auto& tools, auto&) { return tools.AllowTool(nullptr); }},
       {"", [](auto& tools, auto&) { return tools.GetToolByCode("T", 2) == nullptr; }},
-      {"", [](auto&, auto& components) { return components.Available(); }},
       {"",
        [](auto& tools, auto& components) {
          tdbToolComponent use(0, "use", "C");
@@ -76,27 +71,6 @@ TEST(EmptyCalls, OnFilesTellNothingAndTouchNothing) {
   EXPECT_THAT(scratch.Files(), IsEmpty());
 }
 
-TEST(EmptyCalls, OnADatabaseWithoutAFolderReachNoFile) {
-  const ScratchFolder scratch;
-  scratch.MakeFile("kept.ktf", "somebody's");
-  WatchedTools db;
-  db.SetFolderPath(scratch.Path().c_str());  // a name; only Init opens it
-  EXPECT_FALSE(db.Available());
-  EXPECT_FALSE(db.Read());
-  EXPECT_EQ(add_tool(db, "T"), nullptr);
-  EXPECT_EQ(db.GetToolCount(2), 0);
-  std::vector<tdbTool> tools;
-  db.GetTools(tools, 2);
-  EXPECT_THAT(tools, IsEmpty());
-  db.RemoveAllTools(true, 2);
-  db.RemoveTempTools();
-  EXPECT_THAT(scratch.Files(), ElementsAre(testing::Key("kept.ktf")));
-  EXPECT_TRUE(db.HasReported());
-  db.SetFolderPath(nullptr);
-  db.Deprecated_SetPath(nullptr);
-  EXPECT_EQ(db.GetFolderPath() + db.Deprecated_GetTdbPath(), "");
-}
-
 TEST(Databases, StayAsTheyAreWhenAssignedToThemselves) {
   tdbToolDB tools("tools", 1);
   const tdbToolDB& same_tools = tools;
@@ -116,19 +90,6 @@ TEST(Databases, StayAsTheyAreWhenAssignedToThemselves) {
   EXPECT_EQ(dynamic_cast<tdbToolComponentsDB&>(*clone).GetCount(1), 0);
   EXPECT_EQ(components.Deprecated_GetKtcPath(), "legacy");
   EXPECT_EQ(dynamic_cast<tdbToolComponentsDB&>(*clone).Deprecated_GetKtcPath(), "");
-}
-
-TEST(ComponentOrder, IsByCodeOrType) {
-  tdbToolComponentsDB db("", 1);
-  for (const char* code : {"-99999999999999999999", "+2", "-3", "10", "b"}) add_component(db, code);
-  const auto codes = [&](int key, bool ascending) {
-    db.Sort(key, ascending);
-    std::vector<std::string> all;
-    for (int i = 0; i < db.GetCount(1); ++i) all.push_back(db.GetToolComponent(i, 1)->GetCode());
-    return all;
-  };
-  EXPECT_THAT(codes(0, true), ElementsAre("-99999999999999999999", "-3", "+2", "10", "b"));
-  EXPECT_THAT(codes(2, false), ElementsAre("b", "10", "+2", "-3", "-99999999999999999999"));
 }
 
 TEST(CodeText, IsMadeFitForFileNames) {

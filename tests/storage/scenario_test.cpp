@@ -122,6 +122,7 @@ class Session {
              return s.db_.ImportFromXml(s.scratch_.Files()[w[1]].c_str(), w.From(2));
            }},
           {"import-nothing", [](auto& s, auto&) { return s.db_.ImportFromFile(nullptr, {}); }},
+          {"import-no-text", [](auto& s, auto&) { return s.db_.ImportFromXml(nullptr, {}); }},
           {"write-export", [](auto& s, auto& w) { return s.WriteExport(w[1]); }},
           {"export", [](auto& s, auto& w) { return s.db_.Export(s.Path(w[1]), w[2], w.From(3)); }},
           {"add", [](auto& s, auto& w) { return s.Add(kMake(w[1], w[2]), true); }},
