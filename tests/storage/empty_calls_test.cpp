@@ -29,7 +29,11 @@ TEST(EmptyCalls, AnswerFalseAndSayWhatIsMissing) {
          tdbToolDB::BeforeDeleteComponent(&tools, nullptr);
          tdbToolDB::BeforeDeleteComponent(nullptr, &use);
          tools.Error(nullptr);
+         tools.RemoveTempTools();
+         tools.SetFolderPath(nullptr);
+         tools.Deprecated_SetPath(nullptr);
          components.Error(nullptr);
+         components.Error(1, "nobody listens");
          components.Log("nobody listens");
          return use.GetItemCount() == 0;
        }},

@@ -51,7 +51,7 @@ TEST_F(FileManager, RefusesCodesThatMakeNoFileName) {
       {"\xC3", "\xC3.ktf"},
       {std::string(251, 'x'), std::string(251, 'x') + ".ktf"},
 #endif
-      {"", ""},     {std::string(252, 'x'), ""}, {std::string(60, '/'), ""},
+      {"", ""},     {"a\x7f", ""}, {std::string(252, 'x'), ""}, {std::string(60, '/'), ""},
   };
   Insert(tool("old"));
   for (const auto& [code, file] : kCodes) {

@@ -4,6 +4,7 @@
 #include "tests/storage/faulty_file_system.h"
 #include "tests/storage/scratch_folder.h"
 #include "tooldb/file_manager.h"
+#include "tooldb/platform/process.h"
 #include "tooldb/util.h"
 
 namespace tooldb {
@@ -149,6 +150,7 @@ TEST(FileCalls, NameThePathAndTheReason) {
       [](const std::string& path) { tdbFileUtil::create_directory(path); },
       [](const std::string& path) { tdbFileUtil::get_last_write_time(path); },
       [](const std::string& path) { tdbFileUtil::get_file_count(path, ".ktf"); },
+      [](const std::string& path) { set_current_folder(path); },
   };
   const ScratchFolder scratch;
   const std::string path = scratch.MakeFile("file", "") + "/inner";
@@ -183,6 +185,17 @@ TEST(InputFile, GivesEveryPart) {
     }
   }
 }
+
+#ifdef __linux__
+// They are longer than they say, cannot be read, or cannot be flushed.
+TEST(FilesOfTheSystem, AreReadWholeOrTellWhyNot) {
+  EXPECT_GT(file_system().Read("/proc/self/maps").size(), 100U);
+  EXPECT_THROW(file_system().Read("/proc/self/mem"), FileError);
+  EXPECT_NO_THROW(file_system().FlushFolder("/proc"));
+  EXPECT_THROW(file_system().FlushDisk("/proc/none"), FileError);
+  EXPECT_FALSE(file_system().IsSameFile("/proc/none", "/proc/none"));
+}
+#endif
 
 TEST(RandomNames, HaveTheLengthAndTheAlphabet) {
   EXPECT_EQ(tdbUtil::generate_random_string(0, "ab"), "");
