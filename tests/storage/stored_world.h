@@ -122,7 +122,7 @@ inline constexpr Operation kOperations[] = {
     {"Import", Need::kWrite, [](World& w) { w.FillOther("T2", "T9"); },
      [](World& w) { return w.db.Import(&w.other); }},
     {"ImportMany", Need::kWrite,
-     [](World& w) { w.FillOther("M1", "M2", "M3", "T1", "M4", "M5", "M1", "T2"); },
+     [](World& w) { w.FillOther("M1", "M2", "M3", "T1", "M4", "M5", "M6", "T2"); },
      [](World& w) { return w.db.Import(&w.other); }},
     {"ImportFromFile", Need::kWrite, [](World& w) { w.TakePath("export.xml"); },
      [](World& w) { return w.db.ImportFromFile(w.path.c_str(), {}); }},
