@@ -28,16 +28,17 @@ using torture::ended;
 using torture::Operation;
 using torture::start;
 
-// Few, so that a kill falls into every part of a change, but enough for an import to flush the
-// files at a stroke.
+// Few, so that a kill falls into every part of a change, but enough for an import or an export to
+// flush the files at a stroke.
 constexpr int kTools = 10;
 constexpr int kFewTools = 2;  // where every call is met in turn
 
 constexpr const char* kUsage =
     "usage: torture kill OPERATION FOLDER KILLS   kill at random moments, KILLS times\n"
-    "       torture syscalls OPERATION FOLDER    kill at every file system call, one by one\n"
-    "       torture failures OPERATION FOLDER    fail every file system call, once and for ever\n"
     "       torture full OPERATION FOLDER        files that may grow to N bytes only, for each N\n"
+    "       torture syscalls OPERATION FOLDER [TOOLS]   kill at every file system call, one by "
+    "one\n"
+    "       torture failures OPERATION FOLDER [TOOLS]   fail each of them, once and for ever\n"
     "       torture together FOLDER              several processes in one folder\n"
     "       torture prepare|act|verify OPERATION FOLDER LOG [TOOLS]   the parts, for other "
     "drivers\n"
@@ -254,10 +255,10 @@ int disturb(std::string_view verb, int argc, char** argv) {
   if (verb == "kill" && argc == 5) {
     return kill_at_random({*operation, folder, kTools}, std::atoi(argv[4]));
   }
-  const Job few{*operation, folder, kFewTools};
-  if (verb == "syscalls" && argc == 4) return kill_at_every_call(few);
+  const Job few{*operation, folder, argc == 5 ? std::atoi(argv[4]) : kFewTools};
+  if (verb == "syscalls" && argc <= 5) return kill_at_every_call(few);
+  if (verb == "failures" && argc <= 5) return fail_every_call(few);
   if (verb == "full" && argc == 4) return limit_file_size(few);
-  if (verb == "failures" && argc == 4) return fail_every_call(few);
   if (argc < 5) return -1;
   const Job part{*operation, folder, argc == 6 ? std::atoi(argv[5]) : kTools, argv[4]};
   if (verb == "verify") return verify(part) ? 0 : 1;
