@@ -134,6 +134,12 @@ TEST(ManyTools, ReadAtOnceAreAsReadOneByOne) {
   EXPECT_GT(calls_one_by_one, kTools / 4);
 
   at_once.Forget();
+  std::vector<tdbTool> stored;
+  at_once.GetTools(stored, 2);
+  EXPECT_EQ(at_once.Told(scratch), errors);
+  EXPECT_EQ(static_cast<int>(stored.size()), one_by_one.GetToolCount(1));
+  calls.count = 0;
+  at_once.Forget();
   EXPECT_TRUE(at_once.Read());
   EXPECT_EQ(at_once.Told(scratch), "log: Read: @\n" + errors);
   EXPECT_TRUE(listed(at_once) == listed(one_by_one));
