@@ -233,7 +233,9 @@ std::string apply_item_setting(tdbToolComponent& component, const std::string& s
 
 std::string remove_setting(tdbTool& tool, const std::string& key) {
   const Parts parts = key_parts(key);
-  if (parts.size() < 2) throw UsageError("'" + key + "' is no parameter and no offset record");
+  if (parts.size() < 2) {
+    throw UsageError("'" + key + "' is neither param.NAME, ITEM.NAME nor offset.N");
+  }
   if (parts[0] == "param") {
     remove_tool_parameter(tool, rest_of(parts));
   } else if (parts[0] == "offset") {

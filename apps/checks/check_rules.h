@@ -22,7 +22,8 @@ inline constexpr Rule kPortability = {
 inline constexpr Rule kText = {
     "text", kError, "change the text with 'tooldb set' before the file is written again"};
 inline constexpr Rule kParameterName = {"parameter-name", kError,
-                                        "remove the parameter with 'tooldb set --unset'"};
+                                        "remove it with 'tooldb set --unset param.NAME', or "
+                                        "ITEM.NAME where it is a part's"};
 inline constexpr Rule kComponent = {"component", kError,
                                     "add the component with 'tooldb add', or link its folder with "
                                     "--components"};
