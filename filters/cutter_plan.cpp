@@ -83,12 +83,6 @@ CutterPlan tapered(const CutterSize& size, double corner_diameter, double radius
     height = (size.largest_diameter - corner_diameter) / 2 / tan_deg(size.side_angle);
     top = size.largest_diameter;
   }
-  if (top <= 0) {  // a flank that narrows upwards and meets the axis too early
-    height = corner_diameter / 2 / tan_deg(-size.side_angle);
-    top = 0;
-    plan.remarks.push_back("cutting length cut to " + number_text(height) +
-                           ", where the taper meets the axis");
-  }
   plan.dimensions = {{"DIAMETER", corner_diameter},
                      {"HEIGHT", height},
                      {"ANGLE", size.side_angle},
@@ -240,7 +234,7 @@ CutterPlan probe_cutter(const CutterSize& size) {
 
 CutterPlan tapered_cutter(const CutterSize& size) {
   CutterPlan plan;
-  if (std::abs(size.side_angle) >= 90) {
+  if (size.side_angle >= 90) {
     plan = plain_cutter(size);
     plan.remarks.push_back("a taper of " + number_text(size.side_angle) +
                            " degrees is none; drawn as a plain cylinder");
@@ -256,7 +250,7 @@ CutterPlan tapered_cutter(const CutterSize& size) {
 }
 
 CutterPlan tapered_ball_cutter(const CutterSize& size) {
-  if (std::abs(size.side_angle) >= 90) return tapered_cutter(size);
+  if (size.side_angle >= 90) return tapered_cutter(size);
   const double radius = size.diameter / 2;
   return tapered(size, 2 * radius * tan_deg((90 - size.side_angle) / 2), radius, {});
 }

@@ -111,7 +111,7 @@ void adjust_radius(BitSize& size, std::vector<std::string>&) {
 
 void adjust_taper(BitSize& size, std::vector<std::string>& remarks) {
   size.side_angle = size.included_angle / 2;
-  remarks.emplace_back("TaperAngle is taken as the included angle");
+  if (size.included_angle > 0) remarks.emplace_back("TaperAngle is taken as the included angle");
 }
 
 void adjust_probe(BitSize& size, std::vector<std::string>&) {

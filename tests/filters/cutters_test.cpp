@@ -73,6 +73,15 @@ const CutterCase kBits[] = {
      bit("isoshape", R"("EdgeLength": "6.35 mm", "TipAngle": "90 °", "TipRadius": "0.4 mm")"),
      "mm TURNING D6.35 L0: TURNING_INSERT_ROMBOID ANGLE=90 DIAMETER=6.35 FILLET=0.4 HEIGHT=4.76 "
      "INSERT_SHAPE=S LENGTH=6.35"},
+    {"InsertTrigon", bit("Iso_shape_W", R"("EdgeLength": "8.69 mm", "TipRadius": "0.8 mm")"),
+     "mm TURNING D12.7039 L0: TURNING_INSERT_W ANGLE=80 DIAMETER=12.7039301187 FILLET=0.8 "
+     "HEIGHT=4.76 INSERT_SHAPE=W LENGTH=8.69"},
+    {"InsertRound", bit("Iso_shape_R", R"("EdgeLength": "12 mm", "TipRadius": "6 mm")"),
+     "mm TURNING D12 L0: TURNING_INSERT_R DIAMETER=12 FILLET=6 HEIGHT=4.76 INSERT_SHAPE=R "
+     "LENGTH=12"},
+    {"BullNoseWithoutARadius",
+     bit("bullnose", R"("Diameter": "6 mm", "CuttingEdgeHeight": "9 mm")"),
+     "mm MILL D6 L9: MILL_FLATEND DIAMETER=6 HEIGHT=9", "no corner radius is given"},
     {"Unknown", bit("corkscrew", R"("Diameter": "8 mm")"), "mm MILL D0 L0: MILL_2DPROFILE"},
 };
 
@@ -99,6 +108,10 @@ const CutterCase kMills[] = {
      "mm MILL D10 L40: MILL_FLATEND DIAMETER=10 HEIGHT=20; shank 40", "no radius is given"},
     {"ThreadMillWithoutAPitch", mill("thread mill"),
      "mm MILL D10 L40: DISC DIAMETER=10 FILLET=0 HEIGHT=20; shank 40", "no pitch is given"},
+    {"BarrelWithoutARadius", mill("circle segment barrel"),
+     "mm MILL D10 L40: MILL_FLATEND DIAMETER=10 HEIGHT=20; shank 40", "no usable profile radius"},
+    {"LensWithoutARadius", mill("circle segment lens"),
+     "mm MILL D10 L40: MILL_FLATEND DIAMETER=10 HEIGHT=20; shank 40", "no usable profile radius"},
     {"BarrelAcrossTheAxis", mill("circle segment barrel", R"("profile-radius": 10.1)"),
      "mm MILL D10 L40: MILL_FLATEND DIAMETER=10 HEIGHT=20; shank 40", "would cross the axis"},
     {"DovetailThatMeetsTheAxis", mill("dovetail mill", R"("TA": 45)"),

@@ -73,7 +73,9 @@ TEST(FreeCadFiles, GiveACodeWhateverTheirNames) {
   for (const auto& [file, code] :
        {std::pair(" .fcholder", "Holder"), {"<1>.fcholder", "\uFF1C1>"}}) {
     const ImportEntry entry =
-        only_entry(import_text(R"({"units": "mm", "profile": [[0, 0], [9, 0], [9, 9]]})", file));
+        only_entry(import_text(R"({"units": "inch", "profile": [[0, 0], [9, 0], [9, 9]]})", file));
+    EXPECT_EQ(entry.component->GetUnitOfMeasurement(), 1);
+    EXPECT_TRUE(has_note(entry, NoteKind::kApproximated, "in inches"));
     EXPECT_EQ(entry.component->GetCode(), code);
     EXPECT_EQ(entry.component->GetItem(0U)->GetName(), code);
   }
