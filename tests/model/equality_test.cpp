@@ -14,7 +14,7 @@
 
 namespace {
 
-using tooldb::join_zyx;
+Transformation<double> at(double x, double z) { return tooldb::join_zyx({}, {x, 0, z}); }
 
 enum Effect { kSeen, kNotSeen, kAsksToVerify };
 
@@ -66,18 +66,9 @@ const Change<tdbToolHolder> kItemChanges[] = {
     {"FileUnits", [](auto& i) { i.SetFileUnits(1); }},
     {"ShapeFile", [](auto& i) { i.SetShapeFilePath("f"); }},
     {"Options", [](auto& i) { i.SetFileOptions("o"); }},
-    {"Pos",
-     [](auto& i) {
-       i.SetPos(join_zyx({}, {0, 0, 1e-300}));
-     }},
-    {"NanPos",
-     [](auto& i) {
-       i.SetPos(join_zyx({}, {std::nan(""), 0, 0}));
-     }},
-    {"ShapePos",
-     [](auto& i) {
-       i.SetShapePos(join_zyx({}, {1, 0, 0}));
-     }},
+    {"Pos", [](auto& i) { i.SetPos(at(0, 1e-300)); }},
+    {"NanPos", [](auto& i) { i.SetPos(at(std::nan(""), 0)); }},
+    {"ShapePos", [](auto& i) { i.SetShapePos(at(1, 0)); }},
     {"Profile", [](auto& i) { i.SetProfileXml("p"); }},
     {"Component", [](auto& i) { i.SetItemComponent(true); }},
     {"Spinning", [](auto& i) { i.SetEnableSpinning(true); }},

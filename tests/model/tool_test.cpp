@@ -24,12 +24,6 @@ TEST(Tool, KeepsLengthAndColorInTheirRange) {
   }
 }
 
-TEST(Tool, TurningToolsAreTypesThreeAndNine) {
-  for (int type = -1; type <= 12; ++type) {
-    EXPECT_EQ(tdbTool("T", type).IsTurningTool(), type == 3 || type == 9) << type;
-  }
-}
-
 TEST(Tool, ParameterPairsMayRepeat) {
   tdbTool tool("T1");
   tool.AddParam("A", "1");
