@@ -53,6 +53,20 @@ TEST(FaultsOfAdding, NoFailingCallLetsAStoredToolBeOverwritten) {
   }
 }
 
+// Otherwise no fault above would meet what is done for many files at once.
+TEST(FaultsOfImporting, MeetTheFlushOfTheWholeDisk) {
+  World world;
+  FaultyFileSystem disk;
+  const ScopedFileSystem use(disk);
+  int files_flushed = 0;
+  disk.Let([&](const FileCall& call) {
+    files_flushed += call.kind == FileCall::Kind::kFlush && call.path != world.lib ? 1 : 0;
+    return false;
+  });
+  EXPECT_TRUE(std::ranges::find(kOperations, "ImportMany", &Operation::name)->Run(world));
+  EXPECT_EQ(files_flushed, 0);
+}
+
 INSTANTIATE_TEST_SUITE_P(Operations, Faults, testing::ValuesIn(kOperations), row_name<Operation>);
 
 struct Damage {
