@@ -25,8 +25,9 @@ constexpr double kLine = 4.1;         // of each further line
 constexpr double kTableShare = 0.36;  // of the width, for the table of dimensions
 constexpr int kMostOffsets = 6;
 
-// Columns of text that a width on the paper has room for.
-int columns_in(double width, double height) { return static_cast<int>(width / (0.49 * height)); }
+// Columns of text that a width on the paper has room for, in DejaVu Sans too, which is the widest
+// of the fonts that stand in for those of the style sheet.
+int columns_in(double width, double height) { return static_cast<int>(width / (0.55 * height)); }
 
 // A text that is cut to the room it has on the paper.
 std::string fitted(const std::string& text, double width, double height) {
@@ -77,7 +78,7 @@ std::string condition_text(tdbTool& tool) {
     if (slot == slots.end() || slot->get() == wanted.usual) continue;
     parts.push_back(fmt::format("{} {}{}", wanted.name, shown_number(slot->get()), wanted.unit));
   }
-  return joined(parts, ",  ");
+  return joined(parts, ", ");
 }
 
 std::string offset_text(const OFFSET_VALUE& o) {
@@ -94,7 +95,7 @@ std::string offsets_text(const tdbTool& tool) {
     parts.push_back(offset_text(tool.GetOffsetParam(i)));
   }
   if (count > kMostOffsets) parts.push_back(fmt::format("and {} more", count - kMostOffsets));
-  return joined(parts, ";  ");
+  return joined(parts, "; ");
 }
 
 // Pitch, hand and the like, by the last part of the parameter's name, whatever file it came from.
@@ -140,7 +141,7 @@ std::string further_text(tdbTool& tool) {
     add_further(tool.GetCutter(i)->GetParams(), parts);
   }
   add_further(tool.GetParamList(), parts);
-  return joined(parts, ",  ");
+  return joined(parts, ", ");
 }
 
 std::string kind_text(tdbTool& tool) {
